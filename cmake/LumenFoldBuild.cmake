@@ -1,0 +1,56 @@
+# How everything here is compiled, and the two words with which folders declare themselves.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTORCC ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set_property(GLOBAL PROPERTY USE_FOLDERS ON)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_C_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+add_library(lumenfold_options INTERFACE)
+target_include_directories(lumenfold_options INTERFACE "${CMAKE_SOURCE_DIR}")
+target_compile_definitions(lumenfold_options INTERFACE
+    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
+    QT_NO_FOREACH)
+target_compile_options(lumenfold_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wimplicit-fallthrough
+    $<$<BOOL:${LUMENFOLD_WARNINGS_AS_ERRORS}>:-Werror>)
+target_link_options(lumenfold_options INTERFACE -Wl,--as-needed)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # QCoro's headers for Clang 14 want the experimental coroutine namespace; GCC is what ships.
+    target_compile_options(lumenfold_options INTERFACE -Wno-unknown-warning-option)
+endif()
+if(LUMENFOLD_SANITIZE)
+    target_compile_options(lumenfold_options INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(lumenfold_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# lumenfold_module(<target> [SOURCES file...] [LINKS target...]): a folder's static library. LINKS are the only arrows
+# that go out of it.
+function(lumenfold_module target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+    add_library(${target} STATIC ${arg_SOURCES})
+    target_link_libraries(${target} PUBLIC lumenfold_options ${arg_LINKS})
+endfunction()
+
+# lumenfold_test(<target> RING unit|components|desktop [SOURCES file...] [LINKS target...]): one test program, found by
+# CTest under the label of its ring. Tests that need a display start their own.
+function(lumenfold_test target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "RING;TIMEOUT" "SOURCES;LINKS")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    add_executable(${target} ${arg_SOURCES})
+    target_link_libraries(${target} PRIVATE lumenfold_options lumenfold_test_support GTest::gmock ${arg_LINKS})
+    add_test(NAME ${target} COMMAND ${target})
+    set_tests_properties(${target} PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT})
+endfunction()

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "platform/geometry/Geometry.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QObject;
+
+namespace lumenfold {
+
+/// A picture: a cheap handle that its copies share. Two handles are equal when they share one picture.
+///
+/// A picture has pixels, PNG bytes or both, and each is made from the other at most once. A picture made from pixels
+/// starts to encode itself on a pool at once, so that the bytes are usually there before anybody asks. Main thread,
+/// unless said otherwise.
+class Image {
+public:
+    /// No picture: no representation, size 0 x 0, no bytes.
+    Image() = default;
+
+    /// Takes the pixels (made opaque RGB32 or kept ARGB32; other formats are converted) and starts encoding them.
+    [[nodiscard]] static Image fromPixels(QImage pixels);
+    /// From PNG bytes; no picture when they are not a PNG whose header says a believable size. Pixels are made when
+    /// asked for.
+    [[nodiscard]] static Image fromPng(QByteArray png);
+    /// From a PNG file, which is mapped rather than read.
+    [[nodiscard]] static Image fromPngFile(const QString &path);
+    /// A picture of which only the size in points is known: no representation, no bytes. For tests and failures.
+    [[nodiscard]] static Image withoutRepresentation(Size size);
+
+    [[nodiscard]] bool isNull() const;
+
+    /// The pixel size of the first representation, if the picture has one.
+    [[nodiscard]] std::optional<PixelSize> pixelSize() const;
+    /// In points. One point is one captured pixel, so this is the pixel size for every picture that has one.
+    [[nodiscard]] Size size() const;
+
+    /// The pixels; decoded now if they were released. Null when there is no representation or the bytes are broken.
+    [[nodiscard]] QImage pixels() const;
+    [[nodiscard]] bool holdsPixels() const;
+
+    /// The PNG encoding, or nothing when there is none to be had. Waits for a running encoding.
+    [[nodiscard]] std::optional<QByteArray> pngData() const;
+    /// True when pngData() answers without waiting.
+    [[nodiscard]] bool isEncoded() const;
+    /// Calls `done` on the thread of `context` once the encoding is there (or has failed), never inside this call, and
+    /// not at all once `context` is gone.
+    void whenEncoded(QObject *context, std::function<void(std::optional<QByteArray>)> done) const;
+
+    /// A copy of the picture scaled down to fit into `bounds` pixels, its proportions kept; made once per bounds.
+    [[nodiscard]] QImage thumbnail(PixelSize bounds) const;
+
+    /// From now on keep no full-size pixels once the bytes are there; they are decoded again when asked for.
+    void releasePixelsWhenEncoded() const;
+
+    friend bool operator==(const Image &, const Image &) = default;
+
+private:
+    struct Shared;
+    explicit Image(std::shared_ptr<Shared> shared);
+    std::shared_ptr<Shared> m_shared;
+};
+
+} // namespace lumenfold
