@@ -1,0 +1,34 @@
+#include "platform/image/EncodingPool.h"
+
+#include <QThread>
+#include <QThreadPool>
+
+#include <algorithm>
+#include <chrono>
+
+namespace lumenfold {
+namespace {
+
+/// Long enough for the pictures of one burst of captures to share their threads.
+constexpr std::chrono::milliseconds idleThreadLife{500};
+
+struct EncodingPool {
+    EncodingPool()
+    {
+        pool.setObjectName(QStringLiteral("PngEncoder"));
+        pool.setMaxThreadCount(std::max(2, QThread::idealThreadCount()));
+        pool.setExpiryTimeout(static_cast<int>(idleThreadLife.count()));
+    }
+
+    QThreadPool pool;
+};
+
+} // namespace
+
+QThreadPool &encodingPool()
+{
+    static EncodingPool instance;
+    return instance.pool;
+}
+
+} // namespace lumenfold

@@ -1,0 +1,11 @@
+#pragma once
+
+class QThreadPool;
+
+namespace lumenfold {
+
+/// The threads that encode pictures, as many as the machine has cores and at least two. They end when there has been
+/// nothing to do for a moment, so that a program at rest has none of them. Any thread.
+[[nodiscard]] QThreadPool &encodingPool();
+
+} // namespace lumenfold
