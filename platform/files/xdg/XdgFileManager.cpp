@@ -1,0 +1,28 @@
+#include "platform/files/xdg/XdgFileManager.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace lumenfold {
+
+std::optional<QString> XdgFileManager::picturesDirectory() const
+{
+    const QString path = QDir::cleanPath(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
+    if (!QDir::isAbsolutePath(path) || path == homeDirectory()) {
+        return std::nullopt;
+    }
+    return path;
+}
+
+QString XdgFileManager::homeDirectory() const
+{
+    return QDir::homePath();
+}
+
+bool XdgFileManager::isDirectory(const QString &path) const
+{
+    return !path.isEmpty() && QFileInfo(path).isDir();
+}
+
+} // namespace lumenfold
