@@ -1,0 +1,109 @@
+#include "cards/CardPanels.h"
+
+#include "cards/CardSizing.h"
+#include "platform/mainqueue/MainQueue.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <algorithm>
+#include <utility>
+
+namespace lumenfold {
+
+CardPanels::CardPanels(PanelFactory &factory, MainQueue &queue) : m_factory(factory), m_queue(queue) {}
+
+CardPanels::~CardPanels() = default;
+
+std::unique_ptr<Panel> CardPanels::makePanel(PreviewCardVariant variant, const Rect &frame,
+                                             std::unique_ptr<QWidget> view)
+{
+    const bool isPinned = variant == PreviewCardVariant::pinned;
+    auto panel =
+        m_factory.makePanel({.constraint = isPinned ? PanelConstraint::unconstrained : PanelConstraint::constrained,
+                             .transparentMargin = cardHitMargin(variant),
+                             .title = isPinned ? QStringLiteral("Pinned screenshot") : QStringLiteral("Screenshot")},
+                            frame);
+    panel->setContentView(std::move(view));
+    return panel;
+}
+
+void CardPanels::orderFront(Panel &panel)
+{
+    if (m_hidden) {
+        return;
+    }
+    panel.orderFrontRegardless();
+    std::erase(m_ordered, &panel);
+    m_ordered.push_back(&panel);
+}
+
+void CardPanels::orderOut(Panel &panel)
+{
+    panel.orderOut();
+    std::erase(m_ordered, &panel);
+}
+
+void CardPanels::orderFrontInSequence(const std::vector<Panel *> &backToFront)
+{
+    if (m_hidden) {
+        return;
+    }
+    // What stands above every panel that is not in the sequence may stay, as far as it is in the right order.
+    const auto isListed = [&backToFront](const Panel *panel) {
+        return std::ranges::find(backToFront, panel) != backToFront.end();
+    };
+    auto standing = std::find_if_not(m_ordered.rbegin(), m_ordered.rend(), isListed).base();
+    auto next = backToFront.begin();
+    while (next != backToFront.end()) {
+        const auto found = std::find(standing, m_ordered.end(), *next);
+        if (found == m_ordered.end()) {
+            break;
+        }
+        standing = std::next(found);
+        ++next;
+    }
+    std::for_each(next, backToFront.end(), [this](Panel *panel) { orderFront(*panel); });
+}
+
+void CardPanels::setHidden(bool hidden)
+{
+    m_hidden = hidden;
+    if (!hidden) {
+        return;
+    }
+    for (Panel *panel : std::exchange(m_ordered, {})) {
+        panel->orderOut();
+    }
+    for (const Departure &departure : m_departures) {
+        departure.panel->orderOut();
+    }
+}
+
+void CardPanels::depart(Panel &panel, std::shared_ptr<void> owner, PanelAnimation animation)
+{
+    std::erase(m_ordered, &panel);
+    m_departures.push_back({&panel, std::move(owner)});
+    animation.onCompleted = [self = QPointer(this), gone = &panel] {
+        gone->orderOut();
+        if (self) {
+            self->m_queue.post([self, gone] {
+                if (self) {
+                    self->finishDeparture(gone);
+                }
+            });
+        }
+    };
+    panel.animate(std::move(animation));
+}
+
+void CardPanels::finishDeparture(Panel *panel)
+{
+    const auto found = std::ranges::find(m_departures, panel, &Departure::panel);
+    if (found != m_departures.end()) {
+        const Departure departure = std::move(*found);
+        m_departures.erase(found);
+    }
+}
+
+} // namespace lumenfold

@@ -1,0 +1,274 @@
+#include "cards/PreviewWindowController.h"
+
+#include "app/configuration/AppConfig.h"
+#include "cards/CardSizing.h"
+#include "cards/CardStore.h"
+#include "cards/CardViewFactory.h"
+#include "platform/mainqueue/MainQueue.h"
+#include "platform/screens/Screens.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <algorithm>
+#include <utility>
+
+namespace lumenfold {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto fadeInDuration = 180ms;
+constexpr auto fadeOutDuration = 180ms;
+constexpr auto slideOutDuration = 220ms;
+
+Rect centeredIn(const std::optional<Rect> &area, Size size)
+{
+    if (!area) {
+        return {};
+    }
+    return {area->midX() - size.width / 2, area->midY() - size.height / 2, size.width, size.height};
+}
+
+} // namespace
+
+PreviewWindowController::PreviewWindowController(const Collaborators &collaborators)
+    : m_with(collaborators), m_panels(collaborators.panels, collaborators.queue), m_tracking(collaborators.monitors)
+{
+    connect(&m_with.screens, &Screens::changed, this, &PreviewWindowController::layout);
+}
+
+PreviewWindowController::~PreviewWindowController()
+{
+    if (m_coveredPanelsOut) {
+        m_coveredPanelsOut->cancel();
+    }
+}
+
+void PreviewWindowController::show(const Image &image, const ShowOptions &options)
+{
+    const CardPointer card = addStackCard(image, options);
+    if (options.persist == Persist::yes) {
+        saveImages(*card->model);
+    }
+    presentStackCards({card});
+    if (options.persist == Persist::yes) {
+        persistManifest();
+    }
+}
+
+void PreviewWindowController::showPinnedCard(const Image &image, const PinnedCardOptions &options)
+{
+    const CardPointer card = addPinnedCard(image, options);
+    if (options.persist == Persist::yes) {
+        saveImages(*card->model);
+    }
+    m_panels.orderFront(*card->panel);
+    if (options.persist == Persist::yes) {
+        persistManifest();
+    }
+}
+
+void PreviewWindowController::restore()
+{
+    if (!m_with.store) {
+        return;
+    }
+    std::vector<CardPointer> stack;
+    std::vector<CardPointer> pinnedAboveColumn;
+    for (const PersistedCard &entry : m_with.store->readManifest()) {
+        const std::optional<Image> image = m_with.store->loadImage(entry.id);
+        if (!image) {
+            continue;
+        }
+        const Image source = m_with.store->loadEditorSourceImage(entry.id).value_or(*image);
+        const QString sourceId = entry.editorSourceId.value_or(entry.id);
+        if (entry.isPinned) {
+            pinnedAboveColumn.push_back(addPinnedCard(
+                *image,
+                {.editorSourceImage = source, .editorSourceId = sourceId, .frame = entry.frame, .id = entry.id}));
+            m_panels.orderFront(*pinnedAboveColumn.back()->panel);
+        } else {
+            stack.push_back(
+                addStackCard(*image, {.editorSourceImage = source, .editorSourceId = sourceId, .id = entry.id}));
+            pinnedAboveColumn.clear();
+        }
+    }
+    // One layout for all of them, however many there are.
+    presentStackCards(stack);
+    for (const CardPointer &card : pinnedAboveColumn) {
+        m_panels.orderFront(*card->panel);
+    }
+    persistManifest();
+}
+
+void PreviewWindowController::persistManifest()
+{
+    if (!m_with.store) {
+        return;
+    }
+    std::vector<PersistedCard> entries;
+    entries.reserve(m_cards.size());
+    for (const CardPointer &card : m_cards) {
+        const bool isPinned = card->variant == PreviewCardVariant::pinned;
+        entries.push_back({.id = card->model->screenshotId(),
+                           .editorSourceId = card->model->editorSourceId(),
+                           .isPinned = isPinned,
+                           .frame = isPinned ? std::optional(card->panel->frame()) : std::nullopt});
+    }
+    m_with.store->writeManifest(entries);
+}
+
+bool PreviewWindowController::restoreLastDismissed()
+{
+    // No dismissal is recorded, so there is none to bring back.
+    return false;
+}
+
+void PreviewWindowController::setHiddenForCapture(bool hidden)
+{
+    m_panels.setHidden(hidden);
+    if (hidden) {
+        return;
+    }
+    for (const CardPointer &card : m_cards) {
+        if (!card->isCovered) {
+            m_panels.orderFront(*card->panel);
+        }
+    }
+    layout();
+}
+
+std::vector<PreviewWindowController::CardPointer> PreviewWindowController::stackCards() const
+{
+    std::vector<CardPointer> stack;
+    std::ranges::copy_if(m_cards, std::back_inserter(stack),
+                         [](const CardPointer &card) { return card->variant == PreviewCardVariant::stack; });
+    return stack;
+}
+
+void PreviewWindowController::bringToFront(const CardPointer &card)
+{
+    if (card->variant != PreviewCardVariant::stack || !isShown(card) || stackCards().back() == card) {
+        return;
+    }
+    std::erase(m_cards, card);
+    m_cards.push_back(card);
+    m_isDeckRevealed = m_isCollapsed;
+    layout();
+    persistManifest();
+}
+
+void PreviewWindowController::dismiss(const CardPointer &card, DismissMotion motion)
+{
+    if (!isShown(card)) {
+        return;
+    }
+    std::erase(m_cards, card);
+    if (m_with.store) {
+        m_with.store->deleteImage(card->model->screenshotId());
+    }
+    PanelAnimation animation{.alpha = 0, .duration = fadeOutDuration, .curve = AnimationCurve::easeIn};
+    if (motion == DismissMotion::slideLeft) {
+        const Rect frame = card->panel->frame();
+        animation.frame = frame.offsetBy(-frame.width, 0);
+        animation.duration = slideOutDuration;
+    }
+    m_panels.depart(*card->panel, card, std::move(animation));
+
+    layout();
+    persistManifest();
+    if (stackCards().empty()) {
+        teardownColumnTracking();
+    }
+}
+
+bool PreviewWindowController::isShown(const CardPointer &card) const
+{
+    return std::ranges::find(m_cards, card) != m_cards.end();
+}
+
+PreviewWindowController::CardPointer PreviewWindowController::addStackCard(const Image &image,
+                                                                           const ShowOptions &options)
+{
+    return addCard({.image = image,
+                    .editorSourceImage = options.editorSourceImage,
+                    .editorSourceId = options.editorSourceId,
+                    .variant = PreviewCardVariant::stack,
+                    .id = options.id},
+                   std::nullopt);
+}
+
+PreviewWindowController::CardPointer PreviewWindowController::addPinnedCard(const Image &image,
+                                                                            const PinnedCardOptions &options)
+{
+    return addCard({.image = image,
+                    .editorSourceImage = options.editorSourceImage,
+                    .editorSourceId = options.editorSourceId,
+                    .variant = PreviewCardVariant::pinned,
+                    .id = options.id},
+                   options.frame);
+}
+
+PreviewWindowController::CardPointer PreviewWindowController::addCard(PreviewModel::Options options,
+                                                                      const std::optional<Rect> &frame)
+{
+    const auto model = std::make_shared<PreviewModel>(m_with.config, std::move(options));
+    if (model->variant() == PreviewCardVariant::pinned && !frame) {
+        model->lockSizeToImageRatio();
+    }
+    if (model->editorSourceImage() != model->image()) {
+        // The view lets the image's pixels go when it has what it shows of them; nobody shows this one.
+        model->editorSourceImage().releasePixelsWhenEncoded();
+    }
+    const Rect content = Rect{.width = model->cardSize().width, .height = model->cardSize().height}.outsetBy(
+        cardHitMargin(model->variant()));
+    const Rect centered = centeredIn(StackMetrics::current(m_with.screens, m_with.config).visibleFrame, content.size());
+
+    auto card = std::make_shared<Card>();
+    card->variant = model->variant();
+    card->panel = m_panels.makePanel(card->variant, frame.value_or(centered), m_with.views.makeCardView(model));
+    card->model = model;
+    m_cards.push_back(card);
+    wire(card);
+    return card;
+}
+
+void PreviewWindowController::presentStackCards(const std::vector<CardPointer> &added)
+{
+    if (added.empty()) {
+        return;
+    }
+    m_isCollapsed = false;
+    m_isDeckRevealed = false;
+    const std::vector<CardPointer> stack = stackCards();
+    const std::vector<StackTarget> targets = currentTargets(stack);
+    // What was just added stands at the end of the column.
+    for (std::size_t index = stack.size() - added.size(); index < stack.size(); ++index) {
+        Card &card = *stack[index];
+        const StackTarget &target = targets[index];
+        card.model->setDeckBehind(target.isBehind);
+        card.isCovered = target.isCovered;
+        card.panel->setFrame(target.frame);
+        card.layoutFrame = target.frame;
+        card.panel->setAlpha(0);
+        if (!card.isCovered) {
+            m_panels.orderFront(*card.panel);
+        }
+    }
+    layout();
+    for (const CardPointer &card : added) {
+        card->panel->animate({.alpha = 1, .duration = fadeInDuration});
+    }
+    ensureColumnTracking();
+}
+
+void PreviewWindowController::saveImages(const PreviewModel &model)
+{
+    if (m_with.store) {
+        m_with.store->saveImage(model.image(), model.screenshotId());
+        m_with.store->saveEditorSourceImage(model.editorSourceImage(), model.screenshotId());
+    }
+}
+
+} // namespace lumenfold
