@@ -1,4 +1,4 @@
-#include "platform/defaults/file/SettingsFileUserDefaults.h"
+#include "platform/defaults/SettingsFileUserDefaults.h"
 
 #include <QDebug>
 #include <QLocale>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/defaults/SettingsFile.h"
+#include "platform/defaults/SettingsText.h"
 #include "platform/defaults/UserDefaults.h"
-#include "platform/defaults/file/SettingsFile.h"
-#include "platform/defaults/file/SettingsText.h"
 
 #include <mutex>
 

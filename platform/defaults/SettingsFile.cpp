@@ -1,4 +1,4 @@
-#include "platform/defaults/file/SettingsFile.h"
+#include "platform/defaults/SettingsFile.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "platform/workspace/qt/PrivacyPanel.h"
+#include "platform/workspace/PrivacyPanel.h"
 
 #include <array>
 

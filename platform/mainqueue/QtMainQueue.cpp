@@ -1,4 +1,4 @@
-#include "platform/mainqueue/qt/QtMainQueue.h"
+#include "platform/mainqueue/QtMainQueue.h"
 
 #include <QBasicTimer>
 #include <QCoreApplication>

@@ -1,4 +1,4 @@
-#include "platform/alerts/qt/QtAlerts.h"
+#include "platform/alerts/QtAlerts.h"
 
 #include <QCoroSignal>
 

@@ -1,6 +1,6 @@
-#include "platform/workspace/qt/QtWorkspace.h"
+#include "platform/workspace/QtWorkspace.h"
 
-#include "platform/workspace/qt/PrivacyPanel.h"
+#include "platform/workspace/PrivacyPanel.h"
 
 #include <QApplication>
 #include <QDebug>

@@ -1,4 +1,4 @@
-#include "platform/defaults/file/SettingsText.h"
+#include "platform/defaults/SettingsText.h"
 
 #include <QSettings>
 #include <QStringDecoder>

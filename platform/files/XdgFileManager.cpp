@@ -1,4 +1,4 @@
-#include "platform/files/xdg/XdgFileManager.h"
+#include "platform/files/XdgFileManager.h"
 
 #include <QDir>
 #include <QFileInfo>
