@@ -51,6 +51,11 @@ public:
 private:
     [[nodiscard]] PixelSize size() const { return {m_image.width(), m_image.height()}; }
 
+    [[nodiscard]] bool isReadable() const
+    {
+        return m_image.format() == QImage::Format_RGB32 || m_image.format() == QImage::Format_ARGB32;
+    }
+
     /// An alpha channel that says "opaque" everywhere is not worth a third more bytes.
     [[nodiscard]] bool hasTransparentPixel() const
     {
@@ -72,6 +77,11 @@ private:
 
     void cutIntoBands()
     {
+        if (!isReadable() || !png::isBelievable(size())) {
+            m_failed = true;
+            finish();
+            return;
+        }
         m_colorType = hasTransparentPixel() ? png::ColorType::rgba : png::ColorType::rgb;
         const std::size_t rowBytes = png::filteredRowBytes(m_image.width(), m_colorType);
         const int rowsPerBand = static_cast<int>(std::max<std::size_t>(1, bandBytes / rowBytes));
@@ -193,11 +203,6 @@ private:
 
 void PngEncoder::encode(QImage image, Done done)
 {
-    const bool readable = image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32;
-    if (!readable || !png::isBelievable({image.width(), image.height()})) {
-        done(std::nullopt);
-        return;
-    }
     std::make_shared<EncodingJob>(std::move(image), std::move(done))->start();
 }
 

@@ -19,8 +19,7 @@ public:
     /// (see PngFormat.h), or memory ran out.
     using Done = std::function<void(std::optional<QByteArray>)>;
 
-    /// Begins to encode; `done` is called once, on a thread of the pool, or inside this call when there is nothing to
-    /// encode.
+    /// Begins to encode; `done` is called once, on a thread of the pool.
     static void encode(QImage image, Done done);
 
     /// Encodes and waits. Never on a thread of the pool, which would wait for itself.
