@@ -22,6 +22,8 @@ target_compile_definitions(lumenfold_options INTERFACE
     QT_NO_FOREACH)
 target_compile_options(lumenfold_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wimplicit-fallthrough
+    # Option structs with designated initialisers are this house's named arguments; what is not named keeps its default.
+    -Wno-missing-field-initializers
     $<$<BOOL:${LUMENFOLD_WARNINGS_AS_ERRORS}>:-Werror>)
 target_link_options(lumenfold_options INTERFACE -Wl,--as-needed)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")

@@ -1,0 +1,49 @@
+#include "tests/support/desktop/GuiTest.h"
+
+#include "tests/support/unit/LogWatch.h"
+
+#include <QApplication>
+
+#include <gtest/gtest.h>
+
+namespace lumenfold::test {
+namespace {
+
+XServer *theServer = nullptr;
+
+} // namespace
+
+int runGuiTests(int argc, char **argv, const GuiTestOptions &options)
+{
+    ::testing::InitGoogleTest(&argc, argv);
+    XServer server({.size = options.size, .scale = options.scale});
+    const WindowManager windowManager(server, options.windowManager);
+    const Compositor compositor(server, options.compositor);
+    const PrivateFolders folders;
+    QProcessEnvironment environment = server.clientEnvironment();
+    folders.applyTo(environment);
+    const QStringList before = QProcessEnvironment::systemEnvironment().keys();
+    for (const QString &name : before) {
+        if (!environment.contains(name)) {
+            qunsetenv(name.toLocal8Bit().constData());
+        }
+    }
+    const QStringList names = environment.keys();
+    for (const QString &name : names) {
+        qputenv(name.toLocal8Bit().constData(), environment.value(name).toLocal8Bit());
+    }
+    theServer = &server;
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    installLogWatch();
+    const int result = RUN_ALL_TESTS();
+    theServer = nullptr;
+    return result;
+}
+
+XServer &guiTestServer()
+{
+    return *theServer;
+}
+
+} // namespace lumenfold::test

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "tests/support/desktop/Session.h"
+#include "tests/support/desktop/XServer.h"
+
+/// For component tests that need a QApplication on a real X server. A test program of that kind has a main function of
+/// its own, which is one line: `return lumenfold::test::runGuiTests(argc, argv, {.scale = 2});`
+namespace lumenfold::test {
+
+struct GuiTestOptions {
+    QSize size{1280, 800};
+    int scale = 1;
+    WindowManagerKind windowManager = WindowManagerKind::none;
+    CompositorKind compositor = CompositorKind::none;
+};
+
+/// Starts the server and what else is asked for, then a QApplication on it with private folders, then the tests with
+/// the log watched.
+[[nodiscard]] int runGuiTests(int argc, char **argv, const GuiTestOptions &options = {});
+
+/// The server that runGuiTests started.
+[[nodiscard]] XServer &guiTestServer();
+
+} // namespace lumenfold::test

@@ -1,0 +1,181 @@
+#include "tests/support/desktop/Session.h"
+
+#include "tests/support/desktop/Windows.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+namespace lumenfold::test {
+namespace {
+
+void writeFile(const QString &path, const QByteArray &contents)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size()) {
+        throw std::runtime_error("cannot write " + path.toStdString());
+    }
+}
+
+QByteArray readLine(int descriptor)
+{
+    QByteArray line;
+    pollfd readable{.fd = descriptor, .events = POLLIN, .revents = 0};
+    char byte = 0;
+    while (::poll(&readable, 1, static_cast<int>(defaultTimeout.count())) > 0 && ::read(descriptor, &byte, 1) == 1 &&
+           byte != '\n') {
+        line.append(byte);
+    }
+    return line;
+}
+
+const QByteArray plainCompositor = "backend = \"xrender\"; vsync = false; shadow = false; fading = false;\n";
+const QByteArray fadingCompositor = "backend = \"xrender\"; vsync = false; shadow = true; fading = true;\n"
+                                    "fade-in-step = 0.03; fade-out-step = 0.03; fade-delta = 5;\n";
+
+const QByteArray i3Configuration = "font pango:monospace 8\n"
+                                   "default_border none\n"
+                                   "default_floating_border none\n"
+                                   "focus_on_window_activation focus\n";
+
+ProcessOptions program(WindowManagerKind kind, const PrivateFolders &folders)
+{
+    switch (kind) {
+    case WindowManagerKind::openbox:
+        return {.program = QStringLiteral("openbox"), .arguments = {QStringLiteral("--sm-disable")}};
+    case WindowManagerKind::xfwm4:
+        return {.program = QStringLiteral("xfwm4"), .arguments = {QStringLiteral("--compositor=off")}};
+    case WindowManagerKind::i3: {
+        const QString configuration = folders.path("config/i3.conf");
+        writeFile(configuration, i3Configuration);
+        return {.program = QStringLiteral("i3"), .arguments = {QStringLiteral("-c"), configuration}};
+    }
+    case WindowManagerKind::none:
+        break;
+    }
+    return {};
+}
+
+/// Managers announce themselves early in their start-up, and a window that is mapped right then can get lost. So one is
+/// put before it until it takes it.
+bool managesWindows(const XConnection &connection)
+{
+    constexpr std::chrono::milliseconds patience{200};
+    xcb_connection_t *xcb = connection.get();
+    const qsizetype windowsBefore = windowsOnScreen(connection).size();
+    const xcb_window_t probe = xcb_generate_id(xcb);
+    xcb_create_window(xcb, XCB_COPY_FROM_PARENT, probe, connection.root(), 0, 0, 10, 10, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_map_window(xcb, probe);
+    const bool managed = waitFor([&] { return connection.hasProperty(probe, "WM_STATE"); }, patience);
+    xcb_destroy_window(xcb, probe);
+    // Frames go after the window; the next window must not find this one's.
+    return managed && waitFor([&] { return windowsOnScreen(connection).size() == windowsBefore; }, patience);
+}
+
+} // namespace
+
+SessionBus::SessionBus(QProcessEnvironment environment)
+{
+    int pipe[2];
+    if (::pipe2(pipe, O_CLOEXEC) != 0) {
+        throw std::runtime_error("no pipe for dbus-daemon");
+    }
+    environment.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+    m_process = std::make_unique<Process>(ProcessOptions{
+        .program = QStringLiteral("dbus-daemon"),
+        .arguments = {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--nopidfile"),
+                      QStringLiteral("--print-address=%1").arg(pipe[1])},
+        .environment = environment,
+        .inheritedDescriptors = {pipe[1]},
+    });
+    ::close(pipe[1]);
+    m_address = QString::fromLatin1(readLine(pipe[0]));
+    ::close(pipe[0]);
+    if (m_address.isEmpty()) {
+        throw std::runtime_error("dbus-daemon did not start");
+    }
+}
+
+void SessionBus::applyTo(QProcessEnvironment &environment) const
+{
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_address);
+}
+
+WindowManager::WindowManager(XServer &server, WindowManagerKind kind)
+    : WindowManager(server, kind, server.clientEnvironment())
+{
+}
+
+WindowManager::WindowManager(XServer &server, WindowManagerKind kind, QProcessEnvironment environment)
+    : m_server(server), m_kind(kind)
+{
+    if (kind == WindowManagerKind::none) {
+        return;
+    }
+    m_folders.applyTo(environment);
+    if (!environment.contains(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"))) {
+        m_bus = std::make_unique<SessionBus>(environment);
+        m_bus->applyTo(environment);
+    }
+    ProcessOptions options = program(kind, m_folders);
+    options.environment = environment;
+    options.logFile = m_folders.path("window-manager.log");
+    m_process = std::make_unique<Process>(options);
+    const XConnection &connection = server.connection();
+    waitUntil("the window manager", [&] {
+        if (!m_process->isRunning()) {
+            throw std::runtime_error("the window manager ended: " + m_process->log().toStdString());
+        }
+        const QList<quint32> check = connection.cardinals(connection.root(), "_NET_SUPPORTING_WM_CHECK");
+        return !check.isEmpty() && !connection.property(check.first(), "_NET_WM_NAME").isEmpty();
+    });
+    waitUntil("the window manager to manage windows", [&] { return managesWindows(connection); });
+}
+
+void WindowManager::showWorkspace(quint32 number)
+{
+    const XConnection &connection = m_server.connection();
+    connection.sendToRoot(connection.root(), "_NET_CURRENT_DESKTOP", {number, XCB_CURRENT_TIME});
+    waitUntil("the other workspace", [&] {
+        return connection.cardinals(connection.root(), "_NET_CURRENT_DESKTOP") == QList<quint32>{number};
+    });
+}
+
+Compositor::Compositor(XServer &server, CompositorKind kind)
+    : Compositor(server, kind == CompositorKind::none    ? QByteArray()
+                         : kind == CompositorKind::plain ? plainCompositor
+                                                         : fadingCompositor)
+{
+}
+
+Compositor::Compositor(XServer &server, const QByteArray &configuration)
+{
+    if (configuration.isEmpty()) {
+        return;
+    }
+    const QString file = m_folder.filePath(QStringLiteral("picom.conf"));
+    writeFile(file, configuration);
+    m_process = std::make_unique<Process>(ProcessOptions{
+        .program = QStringLiteral("picom"),
+        .arguments = {QStringLiteral("--config"), file},
+        .environment = server.clientEnvironment(),
+        .logFile = m_folder.filePath(QStringLiteral("picom.log")),
+    });
+    const XConnection &connection = server.connection();
+    const xcb_atom_t selection = connection.atom("_NET_WM_CM_S0");
+    waitUntil("the compositor", [&] {
+        if (!m_process->isRunning()) {
+            throw std::runtime_error("the compositor ended: " + m_process->log().toStdString());
+        }
+        const Reply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+            connection.get(), xcb_get_selection_owner(connection.get(), selection), nullptr));
+        return owner && owner->owner != XCB_NONE;
+    });
+}
+
+} // namespace lumenfold::test
