@@ -46,24 +46,17 @@ void CardPanels::orderOut(Panel &panel)
 
 void CardPanels::orderFrontInSequence(const std::vector<Panel *> &backToFront)
 {
-    if (m_hidden) {
+    const bool standsRight = m_ordered.size() >= backToFront.size() &&
+                             std::equal(backToFront.rbegin(), backToFront.rend(), m_ordered.rbegin());
+    if (standsRight) {
         return;
     }
-    // What stands above every panel that is not in the sequence may stay, as far as it is in the right order.
-    const auto isListed = [&backToFront](const Panel *panel) {
-        return std::ranges::find(backToFront, panel) != backToFront.end();
-    };
-    auto standing = std::find_if_not(m_ordered.rbegin(), m_ordered.rend(), isListed).base();
-    auto next = backToFront.begin();
-    while (next != backToFront.end()) {
-        const auto found = std::find(standing, m_ordered.end(), *next);
-        if (found == m_ordered.end()) {
-            break;
+    std::ranges::for_each(backToFront, [this](Panel *panel) { orderFront(*panel); });
+    for (const Departure &departure : m_departures) {
+        if (departure.panel->isVisible()) {
+            departure.panel->orderFrontRegardless();
         }
-        standing = std::next(found);
-        ++next;
     }
-    std::for_each(next, backToFront.end(), [this](Panel *panel) { orderFront(*panel); });
 }
 
 void CardPanels::setHidden(bool hidden)

@@ -33,8 +33,8 @@ public:
     void orderFront(Panel &panel);
     void orderOut(Panel &panel);
 
-    /// Brings the panels to the front, the last on top of all. Those that stand right already are left alone: raising a
-    /// panel for a moment above the one that covers it can be seen.
+    /// Brings the panels to the front, the last on top of all, but beneath what departs; nothing when they stand so
+    /// already.
     void orderFrontInSequence(const std::vector<Panel *> &backToFront);
 
     /// Takes every panel that was ordered front off the screen and keeps all of them off it, or allows them to be seen
