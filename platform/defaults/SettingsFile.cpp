@@ -86,7 +86,7 @@ tl::expected<QByteArray, QString> SettingsFile::read()
         return tl::unexpected(QStringLiteral("Not a file"));
     }
     const std::int64_t readAt = nowNanoseconds();
-    const QByteArray contents = file.read(largestSize);
+    const QByteArray contents = file.read(status.st_size);
     if (file.error() != QFileDevice::NoError) {
         m_seen = {};
         return tl::unexpected(file.errorString());

@@ -33,7 +33,7 @@ bool isText(const QByteArray &bytes)
     if (bytes.contains('\0')) {
         return false;
     }
-    QStringDecoder decoder(QStringDecoder::Utf8);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString decoded = decoder(bytes);
     return !decoder.hasError();
 }
@@ -42,13 +42,15 @@ bool isText(const QByteArray &bytes)
 ParsedSettings parsed(const QByteArray &text)
 {
     ParsedSettings settings;
-    const bool isRead = throughSettings(text, [&settings](const QSettings &file) {
-                            settings.condition = file.status() == QSettings::NoError ? SettingsCondition::sound
-                                                                                     : SettingsCondition::damaged;
-                            for (const QString &key : file.allKeys()) {
-                                settings.values.insert(key, file.value(key));
-                            }
-                        }).has_value();
+    const auto takeValues = [&settings](const QSettings &file) {
+        for (const QString &key : file.allKeys()) {
+            settings.values.insert(key, file.value(key));
+        }
+        // Only now: sections are parsed when they are first looked into.
+        settings.condition =
+            file.status() == QSettings::NoError ? SettingsCondition::sound : SettingsCondition::damaged;
+    };
+    const bool isRead = throughSettings(text, takeValues).has_value();
     if (!isRead) {
         return {.condition = SettingsCondition::unknown, .values = {}};
     }
