@@ -42,8 +42,8 @@ public:
         const std::lock_guard lock(m_mutex);
         Entry entry{Clock::now() + std::max(delay, std::chrono::milliseconds(0)), ++m_lastNumber, std::move(work)};
         const auto place = std::ranges::upper_bound(m_entries, entry.place(), {}, &Entry::place);
-        const bool isNext = m_entries.insert(place, std::move(entry)) == m_entries.begin();
-        if (isNext) {
+        const auto inserted = m_entries.insert(place, std::move(entry));
+        if (inserted == m_entries.begin()) {
             wake();
         }
         return m_lastNumber;
