@@ -22,6 +22,8 @@ int runGuiTests(int argc, char **argv, const GuiTestOptions &options)
     const PrivateFolders folders;
     QProcessEnvironment environment = server.clientEnvironment();
     folders.applyTo(environment);
+    const SessionBus bus(environment);
+    bus.applyTo(environment);
     const QStringList before = QProcessEnvironment::systemEnvironment().keys();
     for (const QString &name : before) {
         if (!environment.contains(name)) {

@@ -85,7 +85,6 @@ SessionBus::SessionBus(QProcessEnvironment environment)
     if (::pipe2(pipe, O_CLOEXEC) != 0) {
         throw std::runtime_error("no pipe for dbus-daemon");
     }
-    environment.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
     m_process = std::make_unique<Process>(ProcessOptions{
         .program = QStringLiteral("dbus-daemon"),
         .arguments = {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--nopidfile"),
@@ -118,7 +117,7 @@ WindowManager::WindowManager(XServer &server, WindowManagerKind kind, QProcessEn
         return;
     }
     m_folders.applyTo(environment);
-    if (!environment.contains(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"))) {
+    if (environment.value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")) == noSessionBus) {
         m_bus = std::make_unique<SessionBus>(environment);
         m_bus->applyTo(environment);
     }

@@ -102,11 +102,12 @@ QSize XServer::size() const
 QProcessEnvironment XServer::clientEnvironment() const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *name : {"WAYLAND_DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS", "XDG_CURRENT_DESKTOP",
-                             "XDG_SESSION_TYPE", "DESKTOP_SESSION", "SESSION_MANAGER", "QT_SCALE_FACTOR"}) {
+    for (const char *name : {"WAYLAND_DISPLAY", "XAUTHORITY", "XDG_CURRENT_DESKTOP", "XDG_SESSION_TYPE",
+                             "DESKTOP_SESSION", "SESSION_MANAGER", "QT_SCALE_FACTOR"}) {
         environment.remove(QString::fromLatin1(name));
     }
     environment.insert(QStringLiteral("DISPLAY"), QString::fromLatin1(m_display));
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), noSessionBus);
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
     // Sanitizers' and coverage settings stay; a message box of the accessibility bus does not belong here.
     environment.insert(QStringLiteral("NO_AT_BRIDGE"), QStringLiteral("1"));

@@ -19,6 +19,10 @@ struct Monitor {
     bool primary = false;
 };
 
+/// An address of a session bus that is none. Where the variable is missing altogether, libraries start a bus of their
+/// own, which outlives the test.
+inline constexpr QLatin1StringView noSessionBus{"disabled:"};
+
 struct XServerOptions {
     /// Of the whole server, in pixels.
     QSize size{1280, 800};
@@ -41,7 +45,8 @@ public:
     [[nodiscard]] QSize size() const;
     /// The test's own connection, which nothing else uses.
     [[nodiscard]] XConnection &connection() const { return *m_connection; }
-    /// The test's environment with this server as its display, and without the user's own session.
+    /// The test's environment with this server as its display, and without the user's own session. There is no session
+    /// bus in it (see SessionBus), and none gets started by itself.
     [[nodiscard]] QProcessEnvironment clientEnvironment() const;
 
     /// From now on the server has these screens instead of one; an empty list makes it one again.
