@@ -78,15 +78,15 @@ X11Connection::X11Connection(xcb_connection_t *connection, int screenNumber, xcb
 
 X11Connection::~X11Connection()
 {
+    m_isClosing = true;
     m_notifier.reset();
-    m_registry.reset();
     resumeAll();
     xcb_disconnect(m_connection);
 }
 
 bool X11Connection::isUsable() const
 {
-    return xcb_connection_has_error(m_connection) == 0;
+    return !m_isClosing && xcb_connection_has_error(m_connection) == 0;
 }
 
 const xcb_query_extension_reply_t *X11Connection::extension(xcb_extension_t *extension) const

@@ -132,8 +132,9 @@ private:
     };
 
 public:
-    /// `co_await connection.replyLater<xcb_get_geometry_reply_t>(cookie.sequence)`. When the connection goes away
-    /// meanwhile, the answer is connectionLost() and the connection must not be touched any more.
+    /// `co_await connection.replyLater<xcb_get_geometry_reply_t>(cookie.sequence)`. When the connection breaks or this
+    /// object is destroyed meanwhile, the answer is connectionLost() at once, and so is every further one: a coroutine
+    /// that waits for replies only runs to its end while this object can still be touched.
     template <typename Reply>
     [[nodiscard]] TypedPendingReply<Reply> replyLater(unsigned sequence)
     {
@@ -170,6 +171,7 @@ private:
     xcb_screen_t *m_screen;
     X11Atoms m_atoms;
     std::uint32_t m_rootEventMask = 0;
+    bool m_isClosing = false;
     std::shared_ptr<EventSubscription::Registry> m_registry;
     std::vector<PendingReply *> m_pending;
     std::unique_ptr<QSocketNotifier> m_notifier;

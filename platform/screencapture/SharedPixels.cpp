@@ -1,0 +1,57 @@
+#include "platform/screencapture/SharedPixels.h"
+
+#include <utility>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace lumenfold {
+
+std::unique_ptr<SharedPixels> SharedPixels::create(std::size_t bytes)
+{
+    const int descriptor = memfd_create("LumenFold picture", MFD_CLOEXEC);
+    if (descriptor < 0) {
+        return nullptr;
+    }
+    void *memory = ftruncate(descriptor, static_cast<off_t>(bytes)) == 0
+                       ? mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0)
+                       : MAP_FAILED;
+    if (memory == MAP_FAILED) {
+        close(descriptor);
+        return nullptr;
+    }
+    return std::unique_ptr<SharedPixels>(new SharedPixels(memory, bytes, descriptor));
+}
+
+SharedPixels::SharedPixels(void *memory, std::size_t bytes, int descriptor)
+    : m_memory(memory), m_bytes(bytes), m_descriptor(descriptor)
+{
+}
+
+SharedPixels::~SharedPixels()
+{
+    munmap(m_memory, m_bytes);
+    if (m_descriptor >= 0) {
+        close(m_descriptor);
+    }
+}
+
+int SharedPixels::takeDescriptor()
+{
+    return std::exchange(m_descriptor, -1);
+}
+
+QImage SharedPixels::intoImage(std::unique_ptr<SharedPixels> pixels, QSize size, qsizetype bytesPerLine,
+                               QImage::Format format)
+{
+    auto *owned = pixels.release();
+    return {static_cast<uchar *>(owned->m_memory),
+            size.width(),
+            size.height(),
+            bytesPerLine,
+            format,
+            [](void *memory) { delete static_cast<SharedPixels *>(memory); },
+            owned};
+}
+
+} // namespace lumenfold
