@@ -117,6 +117,21 @@ bool Desktop::isGrabbed(xcb_keycode_t key, std::uint16_t modifiers) const
     return refused != nullptr;
 }
 
+QImage Desktop::waitForStillPicture()
+{
+    QImage now = picture();
+    auto unchangedSince = std::chrono::steady_clock::now();
+    waitUntil("the screen to stand still", [&] {
+        const QImage latest = picture();
+        if (differingPixels(latest, now) != 0) {
+            now = latest;
+            unchangedSince = std::chrono::steady_clock::now();
+        }
+        return std::chrono::steady_clock::now() - unchangedSince >= stillness;
+    });
+    return now;
+}
+
 QImage Desktop::paintBackground(const QImage &picture)
 {
     m_server->paintRoot(picture);

@@ -72,6 +72,8 @@ public:
 
     /// What the user sees now.
     [[nodiscard]] QImage picture(QRect part = {}) const { return rootPicture(connection(), part); }
+    /// Returns the picture once it has stopped changing.
+    QImage waitForStillPicture();
     /// Paints the background, and returns the picture that then stands on the screen.
     QImage paintBackground(const QImage &picture);
     /// Another program's window; it stays until the desktop goes or `closeWindow`.
