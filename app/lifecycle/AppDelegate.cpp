@@ -1,0 +1,154 @@
+#include "app/lifecycle/AppDelegate.h"
+
+#include "app/lifecycle/ScreenRecordingAlert.h"
+#include "capture/CaptureCoordinator.h"
+#include "platform/alerts/Alerts.h"
+#include "platform/permissions/Permissions.h"
+#include "platform/workspace/Workspace.h"
+#include "shortcuts/HotkeyManager.h"
+
+#include <QDebug>
+#include <QPointer>
+
+#include <array>
+
+#include <utility>
+
+namespace lumenfold {
+
+AppDelegate::AppDelegate(Collaborators collaborators) : m_with(std::move(collaborators)) {}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    m_with.workspace.setActivationPolicy(ActivationPolicy::accessory);
+
+    const bool isAllowed = m_with.permissions.preflightScreenCaptureAccess();
+    qInfo().noquote().nospace() << "LumenFold screen-recording preflight: " << (isAllowed ? "true" : "false");
+    if (isAllowed) {
+        buildLongLivedObjects();
+        return;
+    }
+    requestScreenCaptureAccess().then([self = QPointer(this)] {
+        if (self) {
+            self->buildLongLivedObjects();
+        }
+    });
+}
+
+void AppDelegate::applicationWillTerminate()
+{
+    if (captureCoordinator) {
+        captureCoordinator->persistCards();
+    }
+}
+
+QCoro::Task<> AppDelegate::requestScreenCaptureAccess()
+{
+    m_with.permissions.requestScreenCaptureAccess();
+    // A first nudge; the alert explains it.
+    openScreenRecordingSettings();
+    m_with.workspace.activateIgnoringOtherApps();
+    const QPointer self(this);
+    const int chosen = co_await m_with.alerts.runModal(screenRecordingAlert(m_with.productName));
+    if (self && chosen == alertFirstButtonReturn) {
+        openScreenRecordingSettings();
+    }
+}
+
+void AppDelegate::buildLongLivedObjects()
+{
+    captureCoordinator = m_with.makeCaptureCoordinator();
+    hotkeyManager = m_with.makeHotkeyManager();
+
+    captureCoordinator->setUndoAvailabilityHandler([self = QPointer(this)](bool available) {
+        if (self) {
+            self->undoAvailabilityChanged(available);
+        }
+    });
+    registerHotkeys();
+    captureCoordinator->restorePreviousCards();
+
+    m_shortcutsObservation = m_with.notifications.observe(ShortcutStore::changedNotification,
+                                                          [this](const Notification &) { shortcutsChanged(); });
+    m_recordingObservation =
+        m_with.notifications.observe(ShortcutStore::recordingNotification,
+                                     [this](const Notification &notification) { recordingChanged(notification); });
+}
+
+void AppDelegate::registerHotkeys()
+{
+    struct Binding {
+        ShortcutStore::Action action;
+        void (CaptureCoordinator::*command)();
+    };
+    static constexpr std::array bindings{
+        Binding{ShortcutStore::Action::fullScreen, &CaptureCoordinator::captureFullScreen},
+        Binding{ShortcutStore::Action::area, &CaptureCoordinator::captureArea},
+        Binding{ShortcutStore::Action::lastArea, &CaptureCoordinator::captureLastArea},
+    };
+
+    hotkeyManager->unregisterAll();
+    undoHotkeyID.reset();
+    for (const Binding &binding : bindings) {
+        const Shortcut shortcut = m_with.shortcuts.shortcut(binding.action);
+        hotkeyManager->registerHotkey(shortcut.keyCode, shortcut.carbonModifiers, onCoordinator(binding.command));
+    }
+    applyUndoHotkey();
+}
+
+void AppDelegate::applyUndoHotkey()
+{
+    if (isUndoAvailable && !undoHotkeyID) {
+        const Shortcut shortcut = m_with.shortcuts.shortcut(ShortcutStore::Action::undo);
+        undoHotkeyID = hotkeyManager->registerHotkey(shortcut.keyCode, shortcut.carbonModifiers,
+                                                     onCoordinator(&CaptureCoordinator::undoDismissedCards));
+    } else if (!isUndoAvailable && undoHotkeyID) {
+        hotkeyManager->unregister(*undoHotkeyID);
+        undoHotkeyID.reset();
+    }
+}
+
+void AppDelegate::undoAvailabilityChanged(bool available)
+{
+    if (available == isUndoAvailable) {
+        return;
+    }
+    isUndoAvailable = available;
+    applyUndoHotkey();
+}
+
+void AppDelegate::shortcutsChanged()
+{
+    registerHotkeys();
+}
+
+void AppDelegate::recordingChanged(const Notification &notification)
+{
+    const QVariant recording = notification.userInfo.value(ShortcutStore::recordingKey);
+    if (recording.typeId() == QMetaType::Bool && recording.toBool()) {
+        // The recorder gets every combination, also those that are bound.
+        hotkeyManager->unregisterAll();
+        undoHotkeyID.reset();
+    } else {
+        registerHotkeys();
+    }
+}
+
+void AppDelegate::openScreenRecordingSettings()
+{
+    m_with.workspace.open(
+        QUrl(QStringLiteral("x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture")));
+}
+
+std::function<void()> AppDelegate::onCoordinator(void (CaptureCoordinator::*command)())
+{
+    return [self = QPointer(this), command] {
+        if (self) {
+            (self->captureCoordinator.get()->*command)();
+        }
+    };
+}
+
+} // namespace lumenfold
