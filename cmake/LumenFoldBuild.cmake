@@ -44,10 +44,11 @@ function(lumenfold_module target)
     target_link_libraries(${target} PUBLIC lumenfold_options ${arg_LINKS})
 endfunction()
 
-# lumenfold_test(<target> RING unit|components|desktop [SOURCES file...] [LINKS target...]): one test program, found by
-# CTest under the label of its ring. Tests that need a display start their own.
+# lumenfold_test(<target> RING unit|components|desktop [TIMEOUT seconds] [ALONE] [SOURCES file...] [LINKS target...]): one
+# test program, found by CTest under the label of its ring and built by the target `tests_<ring>`. Tests that need a
+# display start their own. ALONE is for what measures time and must not share the machine with other tests.
 function(lumenfold_test target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "RING;TIMEOUT" "SOURCES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "ALONE" "RING;TIMEOUT" "SOURCES;LINKS")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
@@ -55,4 +56,11 @@ function(lumenfold_test target)
     target_link_libraries(${target} PRIVATE lumenfold_options lumenfold_test_support GTest::gmock ${arg_LINKS})
     add_test(NAME ${target} COMMAND ${target})
     set_tests_properties(${target} PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT})
+    if(arg_ALONE)
+        set_tests_properties(${target} PROPERTIES RUN_SERIAL TRUE)
+    endif()
+    if(NOT TARGET tests_${arg_RING})
+        add_custom_target(tests_${arg_RING})
+    endif()
+    add_dependencies(tests_${arg_RING} ${target})
 endfunction()

@@ -95,7 +95,9 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "usage: first_capture <folder>\n");
         return 2;
     }
-    // Only for the fonts of the letter.
+    // Only for the fonts of the letter; Qt asks for a folder of the session, which there may be none of.
+    const PrivateFolders ownFolders;
+    qputenv("XDG_RUNTIME_DIR", ownFolders.path("runtime").toLocal8Bit());
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     const QDir folder(QString::fromLocal8Bit(argv[1]));
