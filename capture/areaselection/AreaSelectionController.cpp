@@ -74,7 +74,12 @@ void AreaSelectionController::discard(std::vector<Overlay> overlays)
         overlay.panel->setCursor(CursorShape::arrow);
         overlay.panel->orderOut();
     }
-    m_queue.post([discarded = std::make_shared<std::vector<Overlay>>(std::move(overlays))] { discarded->clear(); });
+    std::ranges::move(overlays, std::back_inserter(m_discarded));
+    m_queue.post([self = QPointer(this)] {
+        if (self) {
+            self->m_discarded.clear();
+        }
+    });
 }
 
 void AreaSelectionController::onScreensChanged()

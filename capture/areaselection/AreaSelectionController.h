@@ -81,6 +81,8 @@ private:
     std::vector<Overlay> windows;
     /// None when idle.
     Completion completion;
+    /// Off the screen, to be destroyed in a later turn.
+    std::vector<Overlay> m_discarded;
     /// coverScreens() is waiting for a picture and will look again when it has it.
     bool m_isCovering = false;
 };
