@@ -1,17 +1,19 @@
 #include "platform/image/Image.h"
 
+#include "platform/image/EncodingListener.h"
+#include "platform/image/LargeBlocks.h"
 #include "platform/image/PngDecoder.h"
 #include "platform/image/PngEncoder.h"
+#include "platform/image/PngFile.h"
 #include "platform/image/PngFormat.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QMutex>
 #include <QMutexLocker>
-#include <QPointer>
 #include <QWaitCondition>
 
-#include <algorithm>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -19,41 +21,11 @@ namespace lumenfold {
 namespace {
 
 using PngBytes = std::optional<QByteArray>;
-using EncodedCallback = std::function<void(PngBytes)>;
 
-/// Sizes of thumbnail that one picture keeps. A card shows one and keeps another while it is resized.
-constexpr std::size_t thumbnailsKept = 4;
-
-/// Carries the news of an encoding to the thread of whoever asked. It lives on that thread and belongs to nobody else,
-/// so that the encoding thread never has to look at an object that may be going away.
-class EncodingListener {
-public:
-    EncodingListener(QObject *context, EncodedCallback done)
-        : m_relay(new QObject, [](QObject *relay) { relay->deleteLater(); })
-        , m_context(context)
-        , m_done(std::move(done))
-    {
-        m_relay->moveToThread(context->thread());
-    }
-
-    /// Any thread.
-    void tell(const PngBytes &png) const
-    {
-        QMetaObject::invokeMethod(
-            m_relay.get(),
-            [relay = m_relay, context = m_context, done = m_done, png] {
-                if (context) {
-                    done(png);
-                }
-            },
-            Qt::QueuedConnection);
-    }
-
-private:
-    std::shared_ptr<QObject> m_relay;
-    QPointer<QObject> m_context;
-    EncodedCallback m_done;
-};
+/// What the thumbnails that one picture keeps beside the latest may take: enough for those of ordinary cards, not for
+/// every size that a large pinned card had while it was resized.
+constexpr qsizetype earlierThumbnailBytes = 4 * 1024 * 1024;
+constexpr std::size_t maximumThumbnails = 4;
 
 struct Thumbnail {
     PixelSize bounds;
@@ -84,13 +56,27 @@ QImage scaledInto(const QImage &pixels, PixelSize bounds)
     return pixels.scaled(fitting.expandedTo({1, 1}), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
+/// Empty when it cannot be read.
+QByteArray readOrdinaryFile(const QString &path)
+{
+    QFile file(path);
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 } // namespace
 
 /// What the handles of one picture share. Everything that changes is behind the mutex.
 struct Image::Shared {
     enum class Encoding { none, running, ended };
 
-    Size size;
+    explicit Shared(Size points) : size(points) { returnLargeBlocksWhenFreed(); }
+    explicit Shared(PixelSize representation)
+        : Shared(Size{static_cast<double>(representation.width), static_cast<double>(representation.height)})
+    {
+        pixelSize = representation;
+    }
+
+    const Size size;
     std::optional<PixelSize> pixelSize;
 
     QMutex mutex;
@@ -100,8 +86,10 @@ struct Image::Shared {
     Encoding encoding = Encoding::none;
     QImage pixels;
     PngBytes png;
-    /// Open for as long as the picture lives, so that the bytes stay readable when the file is deleted.
-    std::unique_ptr<QFile> file;
+    /// Where the bytes are when `png` does not have them; set once. Read behind a mutex of its own, because a disk may
+    /// take its time.
+    std::unique_ptr<PngFile> file;
+    QMutex reading;
     bool releasesPixels = false;
     std::vector<EncodingListener> listeners;
     std::vector<Thumbnail> thumbnails;
@@ -126,13 +114,28 @@ struct Image::Shared {
         }
     }
 
-    /// With `mutex` held.
-    [[nodiscard]] PngBytes bytes() const
+    /// With `mutex` held. The earliest ones make room.
+    void keepThumbnail(Thumbnail latest)
+    {
+        thumbnails.push_back(std::move(latest));
+        const auto earlierBytes = [this] {
+            return std::accumulate(thumbnails.begin(), thumbnails.end() - 1, qsizetype{0},
+                                   [](qsizetype sum, const Thumbnail &one) { return sum + one.picture.sizeInBytes(); });
+        };
+        while (thumbnails.size() > maximumThumbnails || earlierBytes() > earlierThumbnailBytes) {
+            thumbnails.erase(thumbnails.begin());
+        }
+    }
+
+    /// What there is now; does not wait for an encoding.
+    [[nodiscard]] PngBytes bytes()
     {
         if (!file) {
+            const QMutexLocker lock(&mutex);
             return png;
         }
-        file->seek(0);
+        const QMutexLocker lock(&reading);
+        // Another program may have changed it.
         QByteArray read = file->readAll();
         return png::readHeader(read) == pixelSize ? PngBytes(std::move(read)) : std::nullopt;
     }
@@ -145,10 +148,8 @@ Image Image::fromPixels(QImage pixels)
     if (pixels.isNull()) {
         return {};
     }
-    auto shared = std::make_shared<Shared>();
+    auto shared = std::make_shared<Shared>(PixelSize{pixels.width(), pixels.height()});
     shared->pixels = preparedForEncoding(std::move(pixels));
-    shared->pixelSize = {shared->pixels.width(), shared->pixels.height()};
-    shared->size = {static_cast<double>(shared->pixels.width()), static_cast<double>(shared->pixels.height())};
     shared->encoding = Shared::Encoding::running;
     PngEncoder::encode(shared->pixels, [shared](PngBytes png) { shared->finishEncoding(std::move(png)); });
     return Image(std::move(shared));
@@ -160,9 +161,7 @@ Image Image::fromPng(QByteArray png)
     if (!pixelSize) {
         return {};
     }
-    auto shared = std::make_shared<Shared>();
-    shared->pixelSize = pixelSize;
-    shared->size = {static_cast<double>(pixelSize->width), static_cast<double>(pixelSize->height)};
+    auto shared = std::make_shared<Shared>(*pixelSize);
     shared->png = std::move(png);
     shared->encoding = Shared::Encoding::ended;
     return Image(std::move(shared));
@@ -170,12 +169,11 @@ Image Image::fromPng(QByteArray png)
 
 Image Image::fromPngFile(const QString &path)
 {
-    auto file = std::make_unique<QFile>(path);
-    // A pipe would keep whoever opens it waiting.
-    if (!QFileInfo(path).isFile() || !file->open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        return {};
+    std::unique_ptr<PngFile> file = PngFile::open(path);
+    if (!file) {
+        return fromPng(readOrdinaryFile(path));
     }
-    Image image = fromPng(file->read(static_cast<qint64>(png::headerBytes)));
+    Image image = fromPng(file->readFirst(static_cast<qint64>(png::headerBytes)));
     if (!image.isNull()) {
         image.m_shared->png.reset();
         image.m_shared->file = std::move(file);
@@ -185,9 +183,7 @@ Image Image::fromPngFile(const QString &path)
 
 Image Image::withoutRepresentation(Size size)
 {
-    auto shared = std::make_shared<Shared>();
-    shared->size = size;
-    return Image(std::move(shared));
+    return Image(std::make_shared<Shared>(size));
 }
 
 bool Image::isNull() const
@@ -211,14 +207,13 @@ QImage Image::pixels() const
         return {};
     }
     const QMutexLocker decoding(&m_shared->decoding);
-    PngBytes png;
     {
         const QMutexLocker lock(&m_shared->mutex);
         if (!m_shared->pixels.isNull()) {
             return m_shared->pixels;
         }
-        png = m_shared->bytes();
     }
+    const PngBytes png = m_shared->bytes();
     QImage pixels = png ? PngDecoder::decode(*png) : QImage();
     const QMutexLocker lock(&m_shared->mutex);
     if (!m_shared->releasesPixels) {
@@ -241,9 +236,11 @@ PngBytes Image::pngData() const
     if (!m_shared) {
         return std::nullopt;
     }
-    const QMutexLocker lock(&m_shared->mutex);
-    while (m_shared->encoding == Shared::Encoding::running) {
-        m_shared->encodingEnded.wait(&m_shared->mutex);
+    {
+        const QMutexLocker lock(&m_shared->mutex);
+        while (m_shared->encoding == Shared::Encoding::running) {
+            m_shared->encodingEnded.wait(&m_shared->mutex);
+        }
     }
     return m_shared->bytes();
 }
@@ -259,17 +256,15 @@ bool Image::isEncoded() const
 
 void Image::whenEncoded(QObject *context, std::function<void(std::optional<QByteArray>)> done) const
 {
-    EncodingListener listener(context, std::move(done));
-    if (!m_shared) {
-        listener.tell(std::nullopt);
-        return;
+    const EncodingListener listener(context, std::move(done));
+    if (m_shared) {
+        const QMutexLocker lock(&m_shared->mutex);
+        if (m_shared->encoding == Shared::Encoding::running) {
+            m_shared->listeners.push_back(listener);
+            return;
+        }
     }
-    const QMutexLocker lock(&m_shared->mutex);
-    if (m_shared->encoding == Shared::Encoding::running) {
-        m_shared->listeners.push_back(std::move(listener));
-    } else {
-        listener.tell(m_shared->bytes());
-    }
+    listener.tell(m_shared ? m_shared->bytes() : std::nullopt);
 }
 
 QImage Image::thumbnail(PixelSize bounds) const
@@ -285,14 +280,10 @@ QImage Image::thumbnail(PixelSize bounds) const
             }
         }
     }
-    Thumbnail made{bounds, scaledInto(pixels(), bounds)};
+    QImage made = scaledInto(pixels(), bounds);
     const QMutexLocker lock(&m_shared->mutex);
-    std::vector<Thumbnail> &kept = m_shared->thumbnails;
-    if (kept.size() == thumbnailsKept) {
-        kept.erase(kept.begin());
-    }
-    kept.push_back(made);
-    return made.picture;
+    m_shared->keepThumbnail({bounds, made});
+    return made;
 }
 
 void Image::releasePixelsWhenEncoded() const

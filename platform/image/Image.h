@@ -17,19 +17,21 @@ namespace lumenfold {
 /// A picture: a cheap handle that its copies share. Two handles are equal when they share one picture.
 ///
 /// A picture has pixels, PNG bytes or both, and each is made from the other at most once. A picture made from pixels
-/// starts to encode itself on a pool at once, so that the bytes are usually there before anybody asks. Main thread,
-/// unless said otherwise.
+/// starts to encode itself on a pool at once, so that the bytes are usually there before anybody asks. Any thread may
+/// use a handle of its own.
 class Image {
 public:
     /// No picture: no representation, size 0 x 0, no bytes.
     Image() = default;
 
-    /// Takes the pixels (made opaque RGB32 or kept ARGB32; other formats are converted) and starts encoding them.
+    /// Takes the pixels (made opaque RGB32 or kept ARGB32; other formats are converted) and starts encoding them. They
+    /// are shared, not copied, so the cleanup function of a QImage that wraps somebody else's memory is called when the
+    /// last handle has let them go: on any thread, and possibly after this picture is gone.
     [[nodiscard]] static Image fromPixels(QImage pixels);
     /// From PNG bytes; no picture when they are not a PNG whose header says a believable size. Pixels are made when
     /// asked for.
     [[nodiscard]] static Image fromPng(QByteArray png);
-    /// From a PNG file, which is mapped rather than read.
+    /// From a PNG file, which is kept open and read when its bytes are asked for; they stay there when it is deleted.
     [[nodiscard]] static Image fromPngFile(const QString &path);
     /// A picture of which only the size in points is known: no representation, no bytes. For tests and failures.
     [[nodiscard]] static Image withoutRepresentation(Size size);
@@ -53,7 +55,9 @@ public:
     /// not at all once `context` is gone.
     void whenEncoded(QObject *context, std::function<void(std::optional<QByteArray>)> done) const;
 
-    /// A copy of the picture scaled down to fit into `bounds` pixels, its proportions kept; made once per bounds.
+    /// A copy of the picture scaled down to fit into `bounds` pixels, its proportions kept, and never scaled up; made
+    /// once for each of the latest few bounds. Decodes the pixels if they were released, which takes a tenth of a
+    /// second for a whole 4K desktop. Null when there are no pixels or no room.
     [[nodiscard]] QImage thumbnail(PixelSize bounds) const;
 
     /// From now on keep no full-size pixels once the bytes are there; they are decoded again when asked for.

@@ -49,11 +49,37 @@ std::optional<PixelSize> readHeader(QByteArrayView file)
     return isBelievable(size) ? std::optional{size} : std::nullopt;
 }
 
+bool isIntact(QByteArrayView file)
+{
+    const auto *bytes = reinterpret_cast<const unsigned char *>(file.data());
+    const auto size = static_cast<std::size_t>(file.size());
+    std::size_t at = signature.size();
+    while (at + chunkOverhead <= size) {
+        const unsigned char *chunk = bytes + at;
+        const std::size_t dataBytes = readBigEndian(chunk);
+        if (dataBytes > size - at - chunkOverhead) {
+            return false;
+        }
+        const unsigned char *type = chunk + 4;
+        // A chunk whose name begins with a small letter is nothing that the pixels depend on.
+        const bool critical = (type[0] & 0x20) == 0;
+        const std::uint32_t checksum = readBigEndian(chunk + chunkDataOffset + dataBytes);
+        if (critical && checksum != crc32_gzip_refl(0, type, 4 + dataBytes)) {
+            return false;
+        }
+        if (std::memcmp(type, "IEND", 4) == 0) {
+            return true;
+        }
+        at += chunkOverhead + dataBytes;
+    }
+    return false;
+}
+
 void writeHeader(unsigned char *target, PixelSize size, ColorType colorType)
 {
     std::copy(signature.begin(), signature.end(), target);
     unsigned char *chunk = target + signature.size();
-    unsigned char *data = chunk + 8;
+    unsigned char *data = chunk + chunkDataOffset;
     writeBigEndian(data, static_cast<std::uint32_t>(size.width));
     writeBigEndian(data + 4, static_cast<std::uint32_t>(size.height));
     data[8] = 8;
@@ -76,7 +102,7 @@ void sealChunk(unsigned char *chunk, const char (&type)[5], std::size_t dataByte
 {
     writeBigEndian(chunk, static_cast<std::uint32_t>(dataBytes));
     std::memcpy(chunk + 4, type, 4);
-    writeBigEndian(chunk + 8 + dataBytes, crc32_gzip_refl(0, chunk + 4, 4 + dataBytes));
+    writeBigEndian(chunk + chunkDataOffset + dataBytes, crc32_gzip_refl(0, chunk + 4, 4 + dataBytes));
 }
 
 std::uint32_t combineAdler32(std::uint32_t first, std::uint32_t second, std::uint64_t secondBytes)

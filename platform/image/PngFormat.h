@@ -23,12 +23,18 @@ inline constexpr std::array<unsigned char, 8> signature{0x89, 'P', 'N', 'G', '\r
 inline constexpr std::size_t headerBytes = 33;
 /// Length, type and checksum: what a chunk has beside its data.
 inline constexpr std::size_t chunkOverhead = 12;
+/// Where in a chunk its data begins, behind length and type.
+inline constexpr std::size_t chunkDataOffset = 8;
 
 [[nodiscard]] bool isBelievable(PixelSize size);
 
 /// The picture's size as the header says it; nothing when `file` does not begin like a PNG or the size is not
 /// believable.
 [[nodiscard]] std::optional<PixelSize> readHeader(QByteArrayView file);
+
+/// True when `file` is a sequence of whole chunks up to its end chunk, and none of those that the pixels depend on has
+/// a wrong checksum. What follows the end chunk does not matter.
+[[nodiscard]] bool isIntact(QByteArrayView file);
 
 /// Color types of the header, all with 8 bits a channel.
 enum class ColorType : unsigned char { rgb = 2, rgba = 6 };
@@ -38,7 +44,7 @@ void writeHeader(unsigned char *target, PixelSize size, ColorType colorType);
 
 void writeBigEndian(unsigned char *target, std::uint32_t value);
 
-/// A chunk whose data stands already at `chunk` + 8: writes length, type and checksum around it.
+/// A chunk whose data stands already at `chunkDataOffset`: writes length, type and checksum around it.
 void sealChunk(unsigned char *chunk, const char (&type)[5], std::size_t dataBytes);
 
 /// The Adler-32 of two runs of bytes one after the other, from their own sums and the length of the second.

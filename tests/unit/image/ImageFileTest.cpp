@@ -1,0 +1,122 @@
+#include "platform/image/Image.h"
+#include "platform/image/PngFile.h"
+#include "tests/unit/image/TestPictures.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include <sys/stat.h>
+
+#include <vector>
+
+namespace lumenfold {
+namespace {
+
+class ImageFile : public ::testing::Test {
+protected:
+    QString write(const QString &name, const QByteArray &bytes)
+    {
+        QFile file(m_folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(bytes), bytes.size());
+        return file.fileName();
+    }
+
+    QString writePicture(const QString &name = QStringLiteral("picture.png")) { return write(name, m_png); }
+
+    QTemporaryDir m_folder;
+    const QImage m_pixels = test::gradientPicture({40, 30});
+    const QByteArray m_png = Image::fromPixels(m_pixels).pngData().value();
+};
+
+TEST_F(ImageFile, isReadWhenAskedFor)
+{
+    const Image image = Image::fromPngFile(writePicture());
+    EXPECT_EQ(image.pixelSize(), (PixelSize{40, 30}));
+    EXPECT_EQ(image.size(), (Size{40, 30}));
+    EXPECT_TRUE(image.isEncoded());
+    EXPECT_FALSE(image.holdsPixels());
+    EXPECT_EQ(image.pngData(), m_png);
+    EXPECT_EQ(image.pngData(), m_png);
+    EXPECT_EQ(image.pixels(), m_pixels);
+    EXPECT_EQ(image.thumbnail({20, 20}).size(), QSize(20, 15));
+}
+
+TEST_F(ImageFile, staysWhenTheFileIsDeleted)
+{
+    const QString path = writePicture();
+    const Image image = Image::fromPngFile(path);
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_EQ(image.pngData(), m_png);
+    EXPECT_EQ(image.pixels(), m_pixels);
+}
+
+TEST_F(ImageFile, staysWhenTheFileIsReplacedByItself)
+{
+    const QString path = writePicture();
+    const Image image = Image::fromPngFile(path);
+    write(QStringLiteral("picture.png"), image.pngData().value());
+    EXPECT_EQ(image.pngData(), m_png);
+}
+
+TEST_F(ImageFile, thatIsShortenedBehindOurBackGivesNoPixels)
+{
+    const QString path = writePicture();
+    const Image image = Image::fromPngFile(path);
+    ASSERT_TRUE(QFile::resize(path, 100));
+    EXPECT_TRUE(image.pixels().isNull());
+    ASSERT_TRUE(QFile::resize(path, 0));
+    EXPECT_FALSE(image.pngData());
+    EXPECT_TRUE(image.thumbnail({10, 10}).isNull());
+}
+
+TEST_F(ImageFile, thatBecomesAnotherPictureIsNotThisOneAnyMore)
+{
+    const QString path = writePicture();
+    const Image image = Image::fromPngFile(path);
+    write(QStringLiteral("picture.png"), Image::fromPixels(test::gradientPicture({41, 30})).pngData().value());
+    EXPECT_FALSE(image.pngData());
+    EXPECT_TRUE(image.pixels().isNull());
+}
+
+TEST_F(ImageFile, thatIsNoPngIsNoPicture)
+{
+    EXPECT_TRUE(Image::fromPngFile(m_folder.filePath(QStringLiteral("missing.png"))).isNull());
+    EXPECT_TRUE(Image::fromPngFile(write(QStringLiteral("empty.png"), {})).isNull());
+    EXPECT_TRUE(Image::fromPngFile(write(QStringLiteral("text.png"), "no picture")).isNull());
+    EXPECT_TRUE(Image::fromPngFile(write(QStringLiteral("start.png"), m_png.first(30))).isNull());
+    EXPECT_TRUE(Image::fromPngFile(m_folder.path()).isNull());
+    EXPECT_TRUE(Image::fromPngFile({}).isNull());
+}
+
+TEST_F(ImageFile, thatIsAPipeIsNotWaitedFor)
+{
+    const QString path = m_folder.filePath(QStringLiteral("pipe.png"));
+    ASSERT_EQ(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    EXPECT_TRUE(Image::fromPngFile(path).isNull());
+}
+
+TEST_F(ImageFile, holdsOnlySoManyFilesOpen)
+{
+    const QString path = writePicture();
+    std::vector<Image> images;
+    for (int count = 0; count < PngFile::maximumOpenFiles + 20; ++count) {
+        images.push_back(Image::fromPngFile(path));
+        ASSERT_FALSE(images.back().isNull());
+    }
+    const QStringList descriptors = QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System);
+    EXPECT_LT(descriptors.size(), PngFile::maximumOpenFiles + 50);
+    EXPECT_EQ(images.front().pngData(), m_png);
+    EXPECT_EQ(images.back().pngData(), m_png);
+
+    images.clear();
+    const QStringList left = QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System);
+    EXPECT_LT(left.size(), 50);
+    EXPECT_TRUE(PngFile::open(path));
+}
+
+} // namespace
+} // namespace lumenfold
