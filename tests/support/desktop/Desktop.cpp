@@ -96,8 +96,7 @@ bool Desktop::isProgramRunning()
 
 QByteArray Desktop::programLog() const
 {
-    QFile file(m_folders.path("lumenfold.log"));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return Process::logAt(m_folders.path("lumenfold.log"));
 }
 
 bool Desktop::isGrabbed(xcb_keycode_t key, std::uint16_t modifiers) const
@@ -201,6 +200,29 @@ QList<WindowInfo> Desktop::waitForPanels(int count)
         return now.size() == count && std::chrono::steady_clock::now() - unchangedSince >= stillness;
     });
     return now;
+}
+
+void Desktop::waitForOverlays(const QList<QRect> &frames)
+{
+    constexpr QSize smallerThanAnyScreen(600, 600);
+    waitUntil("the overlays", [&] {
+        QList<QRect> found;
+        const QList<WindowInfo> windows = windowsOfProgram();
+        for (const WindowInfo &window : windows) {
+            if (window.frame.width() >= smallerThanAnyScreen.width() &&
+                window.frame.height() >= smallerThanAnyScreen.height()) {
+                found.append(window.frame);
+            }
+        }
+        return found.size() == frames.size() &&
+               std::all_of(frames.begin(), frames.end(), [&](const QRect &frame) { return found.contains(frame); });
+    });
+}
+
+void Desktop::setCompositor(CompositorKind kind)
+{
+    m_compositor.reset();
+    m_compositor = std::make_unique<Compositor>(*m_server, kind);
 }
 
 void Desktop::keepEvidence(const QString &folder)

@@ -98,6 +98,11 @@ public:
     /// Returns when there are exactly as many panels and none has moved for a moment.
     QList<WindowInfo> waitForPanels(int count);
 
+    /// Returns when the program's windows that cover whole screens are exactly these; root pixels.
+    void waitForOverlays(const QList<QRect> &frames);
+    /// Another one in place of the present one.
+    void setCompositor(CompositorKind kind);
+
     /// Writes the screen, the clipboard and every log into a folder, for people to look at.
     void keepEvidence(const QString &folder);
 

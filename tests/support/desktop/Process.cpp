@@ -137,8 +137,13 @@ std::optional<Process::Exit> Process::waitForExit(std::chrono::milliseconds time
 
 QByteArray Process::log() const
 {
-    QFile file(m_logFile);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return logAt(m_logFile);
+}
+
+QByteArray Process::logAt(const QString &file)
+{
+    QFile log(file);
+    return log.open(QIODevice::ReadOnly) ? log.readAll() : QByteArray();
 }
 
 } // namespace lumenfold::test

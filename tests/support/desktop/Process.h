@@ -55,6 +55,7 @@ public:
     [[nodiscard]] std::optional<Exit> waitForExit(std::chrono::milliseconds timeout = defaultTimeout);
     /// All that it has written so far; empty without a log file.
     [[nodiscard]] QByteArray log() const;
+    [[nodiscard]] static QByteArray logAt(const QString &file);
     [[nodiscard]] QString logFile() const { return m_logFile; }
 
 private:

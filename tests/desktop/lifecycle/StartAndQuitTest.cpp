@@ -1,0 +1,129 @@
+/// How the program comes and goes.
+#include "tests/support/desktop/DesktopTest.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <csignal>
+
+namespace lumenfold::test {
+namespace {
+
+class StartAndQuit : public DesktopTest {
+protected:
+    static constexpr auto settingsFile = "config/LumenFold/LumenFold.conf";
+
+    static void writeSettings(Desktop &desktop, const QByteArray &contents)
+    {
+        QDir().mkpath(desktop.folders().path("config/LumenFold"));
+        QFile file(desktop.folders().path(settingsFile));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(contents);
+    }
+
+    static void expectThatItCaptures(Desktop &desktop)
+    {
+        desktop.press("Super+Alt+1");
+        desktop.waitForClipboard();
+        EXPECT_FALSE(desktop.clipboardPicture().isNull());
+        EXPECT_TRUE(desktop.isProgramRunning());
+    }
+};
+
+TEST_F(StartAndQuit, ShowsNothingAndTakesNoFocusAtStart)
+{
+    Desktop &desktop = prepare();
+    desktop.paintBackground(knownPicture(desktop.server().size()));
+    TestWindow &window = desktop.openWindow();
+    window.focus();
+    window.forgetInput();
+    const QImage before = desktop.waitForStillPicture();
+    desktop.startProgram();
+    EXPECT_TRUE(samePicture(desktop.waitForStillPicture(), before));
+    EXPECT_TRUE(window.hasFocus());
+    EXPECT_EQ(window.focusLosses(), 0);
+}
+
+TEST_F(StartAndQuit, ASecondOneSaysSoAndEnds)
+{
+    Desktop &desktop = start();
+    const std::unique_ptr<Process> second = desktop.startSecondProgram();
+    EXPECT_EQ(second->waitForExit(), Process::Exit{.status = 0});
+    EXPECT_EQ(second->log(), "LumenFold is already running.\n");
+    expectThatItCaptures(desktop);
+}
+
+TEST_F(StartAndQuit, EndsInOrderWhenAsked)
+{
+    Desktop &desktop = start();
+    desktop.press("Super+Alt+1");
+    desktop.waitForPanels(1);
+    EXPECT_EQ(desktop.quitProgram(), Process::Exit{.status = 0});
+    EXPECT_TRUE(windowsOnScreen(desktop.connection()).isEmpty());
+    EXPECT_FALSE(desktop.isGrabbed(desktop.keyboard().codeOf("1"), XCB_MOD_MASK_4 | XCB_MOD_MASK_1));
+
+    desktop.startProgram();
+    expectThatItCaptures(desktop);
+}
+
+TEST_F(StartAndQuit, EndsInOrderDuringASelection)
+{
+    Desktop &desktop = start();
+    desktop.press("Super+Alt+2");
+    desktop.waitForOverlays({QRect(QPoint(0, 0), desktop.server().size())});
+    EXPECT_EQ(desktop.quitProgram(), Process::Exit{.status = 0});
+    TestWindow &window = desktop.openWindow();
+    window.focus();
+    window.forgetInput();
+    desktop.press("a");
+    EXPECT_TRUE(waitFor([&] { return window.keyPresses().size() == 1; }));
+}
+
+TEST_F(StartAndQuit, SaysWhyItCannotStartWithoutADisplay)
+{
+    Desktop &desktop = prepare();
+    QProcessEnvironment environment = desktop.environment();
+    for (const char *nowhere : {"", ":12345"}) {
+        environment.insert(QStringLiteral("DISPLAY"), QString::fromLatin1(nowhere));
+        Process process(
+            {.program = programPath(), .environment = environment, .logFile = desktop.folders().path("nowhere.log")});
+        const auto exit = process.waitForExit();
+        ASSERT_TRUE(exit.has_value());
+        EXPECT_EQ(exit->signal, 0);
+        EXPECT_NE(exit->status, 0);
+    }
+    const QByteArray log = Process::logAt(desktop.folders().path("nowhere.log"));
+    EXPECT_EQ(log.count("LumenFold cannot start: "), 2) << log.constData();
+}
+
+TEST_F(StartAndQuit, StartsWithASettingsFileThatMakesNoSense)
+{
+    Desktop &desktop = prepare();
+    writeSettings(desktop, QByteArray("\xff\xfe\0[[[=\n%%%=\n[General\nLumenFold.lastAreaRect=@Variant(\x01\n", 50));
+    desktop.startProgram();
+    expectThatItCaptures(desktop);
+}
+
+TEST_F(StartAndQuit, StartsWithAFolderInPlaceOfItsSettings)
+{
+    Desktop &desktop = prepare();
+    QDir().mkpath(desktop.folders().path(settingsFile));
+    desktop.startProgram();
+    expectThatItCaptures(desktop);
+}
+
+TEST_F(StartAndQuit, StartsWithoutAnyFolderToWriteTo)
+{
+    Desktop &desktop = prepare({.environment = [] {
+        QProcessEnvironment environment;
+        for (const char *name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"}) {
+            environment.insert(QString::fromLatin1(name), QStringLiteral("/proc/nowhere"));
+        }
+        return environment;
+    }()});
+    desktop.startProgram();
+    expectThatItCaptures(desktop);
+}
+
+} // namespace
+} // namespace lumenfold::test
