@@ -1,0 +1,120 @@
+#include "platform/panels/PanelWindow.h"
+
+#include "platform/panels/PanelContentShape.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QWindow>
+
+#include <cmath>
+
+namespace lumenfold {
+namespace {
+
+Qt::WindowFlags flagsFor(PanelKeyPolicy policy)
+{
+    const Qt::WindowFlags flags = Qt::Window | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint |
+                                  Qt::NoDropShadowWindowHint | Qt::WindowStaysOnTopHint;
+    return policy == PanelKeyPolicy::never ? flags | Qt::WindowDoesNotAcceptFocus : flags;
+}
+
+} // namespace
+
+PanelWindow::PanelWindow(const PanelOptions &options)
+    : QWidget(nullptr, flagsFor(options.keyPolicy)), m_transparentMargin(options.transparentMargin)
+{
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_AlwaysShowToolTips);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(options.title);
+    // The toolkit makes every window one that could show OpenGL, and loads the driver for it.
+    setAttribute(Qt::WA_NativeWindow);
+    if (QWindow *handle = windowHandle()) {
+        handle->setSurfaceType(QSurface::RasterSurface);
+    }
+}
+
+void PanelWindow::setContent(std::unique_ptr<QWidget> view)
+{
+    if (m_content) {
+        // It may be in the middle of an event that made its owner replace it.
+        m_content->hide();
+        m_content->deleteLater();
+    }
+    m_content = view.release();
+    if (m_content) {
+        m_content->setParent(this);
+        m_content->setGeometry(rect());
+        m_content->show();
+    }
+}
+
+PanelWindow::LayOut PanelWindow::layOut(const QRect &place)
+{
+    LayOut outcome = LayOut::same;
+    if (geometry() != place) {
+        setGeometry(place);
+        outcome = LayOut::changed;
+    }
+    // Otherwise the widget would do it while it is shown, and undo what was asked for in pixels meanwhile.
+    if (QWindow *handle = windowHandle(); handle != nullptr && handle->geometry() != place) {
+        handle->setGeometry(place);
+        outcome = LayOut::changed;
+    }
+    return outcome;
+}
+
+QRegion PanelWindow::contentShape() const
+{
+    if (const auto *shaped = dynamic_cast<const PanelContentShape *>(m_content.data())) {
+        return shaped->opaqueShape();
+    }
+    if (m_content && !m_content->mask().isEmpty()) {
+        return m_content->mask();
+    }
+    const auto margin = static_cast<int>(std::floor(m_transparentMargin));
+    return rect().marginsRemoved({margin, margin, margin, margin});
+}
+
+void PanelWindow::replaceNativeWindow()
+{
+    const bool wasVisible = isVisible();
+    hide();
+    destroy();
+    if (wasVisible) {
+        show();
+    }
+}
+
+bool PanelWindow::event(QEvent *event)
+{
+    if (event->type() == QEvent::UpdateRequest) {
+        Q_EMIT aboutToPaint();
+    }
+    const bool handled = QWidget::event(event);
+    if (event->type() == QEvent::WinIdChange) {
+        Q_EMIT nativeWindowChanged();
+    }
+    return handled;
+}
+
+void PanelWindow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    if (m_content) {
+        m_content->setGeometry(rect());
+    }
+}
+
+void PanelWindow::keyPressEvent(QKeyEvent *event)
+{
+    Q_EMIT keyPressed(event->nativeScanCode(), event->nativeModifiers());
+}
+
+void PanelWindow::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+}
+
+} // namespace lumenfold

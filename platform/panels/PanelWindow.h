@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/panels/Panel.h"
+
+#include <QPointer>
+#include <QRegion>
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+
+namespace lumenfold {
+
+/// The toolkit's side of a panel: an override-redirect, translucent raster window that its content view fills. It says
+/// when something happens to its native window; what is done about it is the panel's affair.
+class PanelWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PanelWindow(const PanelOptions &options);
+
+    void setContent(std::unique_ptr<QWidget> view);
+
+    /// Where the toolkit shall believe a hidden window to be, and the view's size, in the toolkit's coordinates. When
+    /// this changes, the toolkit moves the native window there.
+    enum class LayOut { same, changed };
+    LayOut layOut(const QRect &place);
+
+    /// What to cut the window to when windows do not blend, in this widget's coordinates: what the view says that it
+    /// paints, else its mask, else everything but the transparent margin.
+    [[nodiscard]] QRegion contentShape() const;
+
+    /// Makes the native window anew after somebody destroyed it.
+    void replaceNativeWindow();
+
+Q_SIGNALS:
+    /// There is a new native window, or none (winId 0).
+    void nativeWindowChanged();
+    /// The window is about to be painted.
+    void aboutToPaint();
+    /// Only while the window has the focus. The server's own numbers for the key and the modifiers held.
+    void keyPressed(quint32 keycode, quint32 state);
+
+protected:
+    bool event(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    double m_transparentMargin;
+    QPointer<QWidget> m_content;
+};
+
+} // namespace lumenfold

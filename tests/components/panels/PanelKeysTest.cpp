@@ -1,0 +1,109 @@
+#include "tests/components/panels/PanelDesk.h"
+
+#include "tests/support/desktop/Input.h"
+#include "tests/support/unit/LogWatch.h"
+
+#include <gmock/gmock.h>
+
+namespace lumenfold::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+using ::testing::ElementsAre;
+
+constexpr std::uint32_t escapeKey = 53;
+constexpr std::uint32_t letterA = 0;
+
+class PanelKeysTest : public PanelDesk {
+protected:
+    std::unique_ptr<Panel> showKeyPanel(const Rect &frame, PanelKeyPolicy policy = PanelKeyPolicy::mayBecomeKey)
+    {
+        auto panel = showPanel(frame, Qt::red, {.keyPolicy = policy, .title = u"overlay"_s});
+        panel->setKeyHandler([this](const KeyEvent &event) {
+            m_keys.push_back(event.keyCode);
+            return event.keyCode == escapeKey;
+        });
+        return panel;
+    }
+
+    std::vector<std::uint32_t> m_keys;
+};
+
+TEST_F(PanelKeysTest, aKeyPanelHasAllKeysUntilItIsOrderedOut)
+{
+    const auto panel = showKeyPanel({60, 60, 120, 90});
+    EXPECT_EQ(m_taps.openTaps(), 0U);
+    panel->makeKey();
+    EXPECT_EQ(m_taps.press(escapeKey), TapDisposition::swallow);
+    EXPECT_EQ(m_taps.press(letterA), TapDisposition::swallow);
+    EXPECT_THAT(m_keys, ElementsAre(escapeKey, letterA));
+    panel->orderOut();
+    EXPECT_EQ(m_taps.openTaps(), 0U);
+}
+
+TEST_F(PanelKeysTest, theLastPanelMadeKeyHasThem)
+{
+    const auto first = showKeyPanel({60, 60, 120, 90});
+    const auto second = showKeyPanel({260, 60, 120, 90});
+    int secondKeys = 0;
+    second->setKeyHandler([&](const KeyEvent &) {
+        ++secondKeys;
+        return true;
+    });
+    first->makeKey();
+    second->makeKey();
+    m_taps.press(escapeKey);
+    EXPECT_EQ(secondKeys, 1);
+    EXPECT_TRUE(m_keys.empty());
+    first->orderOut();
+    EXPECT_EQ(m_taps.openTaps(), 1U);
+}
+
+TEST_F(PanelKeysTest, aPanelThatMayNotBecomeKeyDoesNot)
+{
+    const auto panel = showKeyPanel({60, 60, 120, 90}, PanelKeyPolicy::never);
+    panel->makeKey();
+    EXPECT_EQ(m_taps.creationAttempts(), 0);
+}
+
+TEST_F(PanelKeysTest, aPanelThatGoesLetsTheKeysGo)
+{
+    auto panel = showKeyPanel({60, 60, 120, 90});
+    panel->makeKey();
+    panel.reset();
+    EXPECT_EQ(m_taps.openTaps(), 0U);
+}
+
+class PanelKeysWithoutTapTest : public PanelKeysTest, public ::testing::WithParamInterface<WindowManagerKind> {};
+
+INSTANTIATE_TEST_SUITE_P(WindowManagers, PanelKeysWithoutTapTest,
+                         ::testing::Values(WindowManagerKind::none, WindowManagerKind::openbox));
+
+TEST_P(PanelKeysWithoutTapTest, theFocusIsBorrowedAndGivenBack)
+{
+    startWindowManager(GetParam());
+    TestWindow window(server(), {.frame = {400, 100, 300, 200}});
+    window.focus();
+    m_taps.setAvailable(false);
+    expectLogLine(u"LumenFold panels: the keyboard cannot be watched now, the panel takes the focus instead"_s);
+
+    const auto panel = showKeyPanel({60, 60, 120, 90});
+    panel->makeKey();
+    EXPECT_TRUE(waitFor([&] { return connection().focusedWindow() == windowOf(u"overlay"_s); }));
+    window.forgetInput();
+    Keyboard keyboard(server().display());
+    keyboard.press("a");
+    keyboard.press("Escape");
+    EXPECT_TRUE(waitFor([&] { return m_keys.size() == 2; }));
+    EXPECT_THAT(m_keys, ElementsAre(letterA, escapeKey));
+    EXPECT_TRUE(window.keyPresses().isEmpty());
+
+    panel->orderOut();
+    EXPECT_TRUE(waitFor([&] { return window.hasFocus(); }));
+    keyboard.press("a");
+    EXPECT_TRUE(waitFor([&] { return window.keyPresses().size() == 1; }));
+    EXPECT_EQ(m_keys.size(), 2U);
+}
+
+} // namespace
+} // namespace lumenfold::test
