@@ -151,11 +151,11 @@ void X11OwnWindowTracker::adopt(xcb_window_t own, xcb_window_t parent)
 {
     xcb_window_t topLevel = own;
     if (parent != m_connection.root()) {
-        const auto above = isEmbedded(own) ? std::nullopt : childOfRootAbove(parent);
-        if (!above) {
+        const auto frame = frameAbove(parent);
+        if (!frame) {
             return;
         }
-        topLevel = *above;
+        topLevel = *frame;
     }
     xcb_connection_t *xcb = m_connection.xcb();
     const auto attributesAsked = xcb_get_window_attributes(xcb, topLevel);
@@ -172,19 +172,13 @@ void X11OwnWindowTracker::adopt(xcb_window_t own, xcb_window_t parent)
     setMapped(topLevel, (*attributes)->map_state == XCB_MAP_STATE_VIEWABLE);
 }
 
-bool X11OwnWindowTracker::isEmbedded(xcb_window_t own) const
-{
-    const xcb_atom_t info = m_connection.atom("_XEMBED_INFO");
-    return !itemsOfProperty(m_connection, own, info, info, 2).empty();
-}
-
-std::optional<xcb_window_t> X11OwnWindowTracker::childOfRootAbove(xcb_window_t window) const
+std::optional<xcb_window_t> X11OwnWindowTracker::frameAbove(xcb_window_t window) const
 {
     // Window managers nest frames two or three deep.
     constexpr int deepest = 8;
     for (int level = 0; level < deepest; ++level) {
         const auto tree = m_connection.reply(xcb_query_tree_reply, xcb_query_tree(m_connection.xcb(), window));
-        if (!tree || (*tree)->parent == XCB_NONE) {
+        if (!tree || (*tree)->parent == XCB_NONE || belongsToAnotherProgram(window)) {
             return std::nullopt;
         }
         if ((*tree)->parent == m_connection.root()) {
@@ -193,6 +187,19 @@ std::optional<xcb_window_t> X11OwnWindowTracker::childOfRootAbove(xcb_window_t w
         window = (*tree)->parent;
     }
     return std::nullopt;
+}
+
+bool X11OwnWindowTracker::belongsToAnotherProgram(xcb_window_t window) const
+{
+    // Window managers mark the windows they manage, and not the frames; bars may be unmanaged.
+    constexpr std::uint32_t maxTypes = 16;
+    const xcb_atom_t state = m_connection.atom("WM_STATE");
+    const auto stateAsked = requestProperty(m_connection, window, state, state, 2);
+    const auto typesAsked =
+        requestProperty(m_connection, window, m_connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, maxTypes);
+    const bool isManaged = !readItems(m_connection, stateAsked, state).empty();
+    const auto types = readItems(m_connection, typesAsked, XCB_ATOM_ATOM);
+    return isManaged || std::ranges::find(types, m_connection.atom("_NET_WM_WINDOW_TYPE_DOCK")) != types.end();
 }
 
 } // namespace lumenfold

@@ -41,8 +41,9 @@ private:
     void adoptExisting();
     /// `own` is inside `parent`, which is the root or a window of somebody else.
     void adopt(xcb_window_t own, xcb_window_t parent);
-    [[nodiscard]] bool isEmbedded(xcb_window_t own) const;
-    [[nodiscard]] std::optional<xcb_window_t> childOfRootAbove(xcb_window_t window) const;
+    /// The frame, that is, the child of the root that holds `window`; nothing when it is another program's window.
+    [[nodiscard]] std::optional<xcb_window_t> frameAbove(xcb_window_t window) const;
+    [[nodiscard]] bool belongsToAnotherProgram(xcb_window_t window) const;
 
     x11::X11Connection &m_connection;
     OwnWindowTraces &m_traces;

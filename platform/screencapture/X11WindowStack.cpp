@@ -20,6 +20,7 @@ struct WindowQuestion {
 struct DetailQuestion {
     StackedWindow window;
     int border = 0;
+    xcb_shape_query_extents_cookie_t isShaped{};
     xcb_shape_get_rectangles_cookie_t shape{};
     xcb_get_property_cookie_t opacity{};
 };
@@ -80,6 +81,7 @@ QCoro::Task<tl::expected<std::vector<StackedWindow>, PlatformError>> stackedWind
             details.push_back(
                 {.window = {.id = question.id, .frame = frame, .shape = frame, .visual = (*attributes)->visual},
                  .border = border,
+                 .isShaped = hasShapes ? xcb_shape_query_extents(xcb, question.id) : xcb_shape_query_extents_cookie_t{},
                  .shape = hasShapes ? xcb_shape_get_rectangles(xcb, question.id, XCB_SHAPE_SK_BOUNDING)
                                     : xcb_shape_get_rectangles_cookie_t{},
                  .opacity = requestProperty(connection, question.id, opacityProperty, XCB_ATOM_CARDINAL, 1)});
@@ -90,7 +92,10 @@ QCoro::Task<tl::expected<std::vector<StackedWindow>, PlatformError>> stackedWind
     for (DetailQuestion &detail : details) {
         if (hasShapes) {
             const auto shape = co_await connection.replyLater<xcb_shape_get_rectangles_reply_t>(detail.shape.sequence);
-            if (shape) {
+            const auto extents =
+                co_await connection.replyLater<xcb_shape_query_extents_reply_t>(detail.isShaped.sequence);
+            // For a window without a shape the server forgets half of its border.
+            if (shape && extents && (*extents)->bounding_shaped != 0) {
                 detail.window.shape = shapeOf(**shape, detail.window.frame, detail.border);
             }
         }
