@@ -18,9 +18,8 @@ struct PointerEvent {
     PointerEventType type = PointerEventType::mouseMoved;
     /// Global points.
     Point location;
-    /// Points; a scroll to the left and one upwards (content moves down) are positive in x and y as on macOS:
-    /// deltaX > 0 when the fingers move right, deltaY > 0 when the fingers move down the pad with natural scrolling
-    /// off.
+    /// Points; how far the content is to move, as on macOS: a scroll upwards (content moves down) is positive in y, one
+    /// to the left (content moves right) positive in x. With natural scrolling that is the fingers' own direction.
     double scrollingDeltaX = 0;
     double scrollingDeltaY = 0;
     GesturePhase phase = GesturePhase::none;

@@ -1,0 +1,45 @@
+#include "platform/events/ScrollDeltas.h"
+
+#include <algorithm>
+
+namespace lumenfold {
+
+std::optional<ScrollDelta> smoothScroll(std::span<const ScrollAxis> axes, std::span<const AxisMovement> movements)
+{
+    ScrollDelta delta;
+    for (const AxisMovement &movement : movements) {
+        const auto axis = std::ranges::find(axes, movement.number, &ScrollAxis::number);
+        if (axis == axes.end() || axis->increment == 0) {
+            continue;
+        }
+        // The server counts down and right as positive.
+        const double points = -pointsPerNotch * movement.value / axis->increment;
+        (axis->direction == ScrollAxis::Direction::vertical ? delta.y : delta.x) += points;
+    }
+    return delta == ScrollDelta{} ? std::nullopt : std::optional(delta);
+}
+
+bool movesPointer(std::span<const ScrollAxis> axes, std::span<const AxisMovement> movements)
+{
+    return std::ranges::any_of(movements, [&](const AxisMovement &movement) {
+        return std::ranges::find(axes, movement.number, &ScrollAxis::number) == axes.end();
+    });
+}
+
+std::optional<ScrollDelta> wheelScroll(std::uint32_t button)
+{
+    switch (button) {
+    case 4:
+        return ScrollDelta{.y = pointsPerNotch};
+    case 5:
+        return ScrollDelta{.y = -pointsPerNotch};
+    case 6:
+        return ScrollDelta{.x = pointsPerNotch};
+    case 7:
+        return ScrollDelta{.x = -pointsPerNotch};
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace lumenfold
