@@ -52,6 +52,14 @@ int ClipboardReader::ownerChanges()
     return m_ownerChanges;
 }
 
+bool ClipboardReader::waitForOwnerChange(std::chrono::milliseconds timeout)
+{
+    const int xfixesNotice = m_xfixesEvent + XCB_XFIXES_SELECTION_NOTIFY;
+    return nextEvent(std::chrono::steady_clock::now() + timeout, [xfixesNotice](const xcb_generic_event_t &event) {
+               return typeOf(event) == xfixesNotice;
+           }) != nullptr;
+}
+
 QStringList ClipboardReader::targets(std::chrono::milliseconds timeout)
 {
     QStringList names;

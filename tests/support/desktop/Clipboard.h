@@ -25,6 +25,9 @@ public:
     [[nodiscard]] xcb_window_t owner() const;
     /// How often the clipboard was taken since this reader was made.
     [[nodiscard]] int ownerChanges();
+    /// Returns at the very moment when it is taken again, counted from the last look. False when the time is over
+    /// first.
+    [[nodiscard]] bool waitForOwnerChange(std::chrono::milliseconds timeout = defaultTimeout);
     /// What is on offer; empty when there is nothing or no answer.
     [[nodiscard]] QStringList targets(std::chrono::milliseconds timeout = defaultTimeout);
     /// The contents in one form; nothing when the owner refuses, stops answering, or there is none.
