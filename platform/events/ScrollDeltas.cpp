@@ -26,17 +26,21 @@ bool movesPointer(std::span<const ScrollAxis> axes, std::span<const AxisMovement
     });
 }
 
-std::optional<ScrollDelta> wheelScroll(std::uint32_t button)
+std::optional<ScrollDelta> wheelScroll(std::span<const ScrollAxis> axes, std::uint32_t button)
 {
+    const auto notch = [&](ScrollAxis::Direction direction, ScrollDelta delta) {
+        const bool isSmooth = std::ranges::find(axes, direction, &ScrollAxis::direction) != axes.end();
+        return isSmooth ? std::nullopt : std::optional(delta);
+    };
     switch (button) {
     case 4:
-        return ScrollDelta{.y = pointsPerNotch};
+        return notch(ScrollAxis::Direction::vertical, {.y = pointsPerNotch});
     case 5:
-        return ScrollDelta{.y = -pointsPerNotch};
+        return notch(ScrollAxis::Direction::vertical, {.y = -pointsPerNotch});
     case 6:
-        return ScrollDelta{.x = pointsPerNotch};
+        return notch(ScrollAxis::Direction::horizontal, {.x = pointsPerNotch});
     case 7:
-        return ScrollDelta{.x = -pointsPerNotch};
+        return notch(ScrollAxis::Direction::horizontal, {.x = -pointsPerNotch});
     default:
         return std::nullopt;
     }

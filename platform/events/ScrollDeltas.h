@@ -44,7 +44,9 @@ struct ScrollDelta {
 /// Whether the event moved the pointer, too, or instead.
 [[nodiscard]] bool movesPointer(std::span<const ScrollAxis> axes, std::span<const AxisMovement> movements);
 
-/// Buttons 4 to 7 are the notches of a wheel: up, down, left, right. Nothing for other buttons.
-[[nodiscard]] std::optional<ScrollDelta> wheelScroll(std::uint32_t button);
+/// Buttons 4 to 7 are the notches of a wheel: up, down, left, right. Nothing for other buttons, and nothing when the
+/// device has an axis for that direction: the server then makes a movement of every press and a press of every whole
+/// notch, and only the movement counts.
+[[nodiscard]] std::optional<ScrollDelta> wheelScroll(std::span<const ScrollAxis> axes, std::uint32_t button);
 
 } // namespace lumenfold

@@ -145,9 +145,7 @@ void X11EventMonitors::noticed(const xcb_generic_event_t &event)
     }
     case XCB_INPUT_RAW_BUTTON_PRESS: {
         const auto &press = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event);
-        // The server also presses the wheel's buttons for whoever does not know smooth scrolling.
-        const bool isEmulated = (press.flags & XCB_INPUT_POINTER_EVENT_FLAGS_POINTER_EMULATED) != 0;
-        if (const auto delta = wheelScroll(press.detail); delta && !isEmulated) {
+        if (const auto delta = wheelScroll(m_axes.of(press.sourceid), press.detail)) {
             scrolled(*delta, press.time);
         }
         break;

@@ -55,13 +55,23 @@ TEST(MovesPointer, scrollAxesDoNot)
 
 TEST(WheelScroll, theFourWheelButtons)
 {
-    EXPECT_EQ(wheelScroll(4), (ScrollDelta{.y = pointsPerNotch}));
-    EXPECT_EQ(wheelScroll(5), (ScrollDelta{.y = -pointsPerNotch}));
-    EXPECT_EQ(wheelScroll(6), (ScrollDelta{.x = pointsPerNotch}));
-    EXPECT_EQ(wheelScroll(7), (ScrollDelta{.x = -pointsPerNotch}));
+    EXPECT_EQ(wheelScroll({}, 4), (ScrollDelta{.y = pointsPerNotch}));
+    EXPECT_EQ(wheelScroll({}, 5), (ScrollDelta{.y = -pointsPerNotch}));
+    EXPECT_EQ(wheelScroll({}, 6), (ScrollDelta{.x = pointsPerNotch}));
+    EXPECT_EQ(wheelScroll({}, 7), (ScrollDelta{.x = -pointsPerNotch}));
     for (const std::uint32_t button : {0U, 1U, 2U, 3U, 8U, 9U}) {
-        EXPECT_EQ(wheelScroll(button), std::nullopt) << button;
+        EXPECT_EQ(wheelScroll({}, button), std::nullopt) << button;
     }
+}
+
+TEST(WheelScroll, whatADeviceReportsSmoothlyIsNotCountedAgain)
+{
+    const std::vector<ScrollAxis> verticalOnly{{.number = 2, .direction = Direction::vertical, .increment = 1}};
+    EXPECT_EQ(wheelScroll(verticalOnly, 4), std::nullopt);
+    EXPECT_EQ(wheelScroll(verticalOnly, 5), std::nullopt);
+    EXPECT_EQ(wheelScroll(verticalOnly, 6), (ScrollDelta{.x = pointsPerNotch}));
+    EXPECT_EQ(wheelScroll(touchpad, 6), std::nullopt);
+    EXPECT_EQ(wheelScroll(touchpad, 7), std::nullopt);
 }
 
 } // namespace
