@@ -7,6 +7,9 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <memory>
+#include <utility>
+
 namespace lumenfold {
 namespace {
 
@@ -21,18 +24,21 @@ QMessageBox::ButtonRole roleOf(qsizetype index, qsizetype count)
     return index == count - 1 ? QMessageBox::RejectRole : QMessageBox::ActionRole;
 }
 
+struct DeleteLater {
+    void operator()(QObject *object) const { object->deleteLater(); }
+};
+
 struct Box {
-    /// Deletes itself when it closes.
-    QMessageBox *box = nullptr;
+    /// Lives until its answer has been read, and goes outside its own signal.
+    std::unique_ptr<QMessageBox, DeleteLater> box;
     /// In the order of the alert; the box itself orders them by role.
     QList<QAbstractButton *> buttons;
 };
 
 Box makeBox(const Alert &alert)
 {
-    auto *box = new QMessageBox;
+    std::unique_ptr<QMessageBox, DeleteLater> box(new QMessageBox);
     QList<QAbstractButton *> buttons;
-    box->setAttribute(Qt::WA_DeleteOnClose);
     box->setWindowModality(Qt::ApplicationModal);
     box->setWindowFlag(Qt::WindowStaysOnTopHint);
     box->setWindowTitle(QGuiApplication::applicationDisplayName());
@@ -56,7 +62,7 @@ Box makeBox(const Alert &alert)
             box->setEscapeButton(button);
         }
     }
-    return {box, buttons};
+    return {std::move(box), buttons};
 }
 
 } // namespace
@@ -64,10 +70,11 @@ Box makeBox(const Alert &alert)
 QCoro::Task<int> QtAlerts::runModal(Alert alert)
 {
     const auto [box, buttons] = makeBox(alert);
-    box->open();
+    // Not open(), which would make it modal to its parent window, of which it has none.
+    box->show();
     box->raise();
     box->activateWindow();
-    co_await qCoro(box, &QMessageBox::finished);
+    co_await qCoro(box.get(), &QMessageBox::finished);
     const qsizetype chosen = buttons.indexOf(box->clickedButton());
     co_return alertFirstButtonReturn + static_cast<int>(chosen < 0 ? buttons.size() - 1 : chosen);
 }
