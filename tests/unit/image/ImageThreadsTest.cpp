@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QThread>
 #include <QThreadPool>
 
@@ -34,6 +35,17 @@ TEST(ImageThreads, thePoolHasAtLeastTwoThreadsAndThemNotForEver)
     EXPECT_GE(encodingPool().maxThreadCount(), 2);
     EXPECT_GT(encodingPool().expiryTimeout(), 0);
     EXPECT_LE(encodingPool().expiryTimeout(), 2000);
+}
+
+TEST(ImageThreads, thereAreNoThreadsWhenThereIsNothingToDo)
+{
+    const auto threads = [] { return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs).size(); };
+    const auto busyThreads = [&] {
+        const BusyEncodingPool busy;
+        EXPECT_TRUE(runEventsUntil([] { return encodingPool().activeThreadCount() >= 2; }));
+        return threads();
+    }();
+    EXPECT_TRUE(runEventsUntil([&] { return threads() <= busyThreads - 2; }));
 }
 
 TEST(ImageThreads, callsBackWhenTheEncodingEnds)
