@@ -1,0 +1,123 @@
+#include "cards/CardPicture.h"
+
+#include <QBrush>
+#include <QGuiApplication>
+#include <QPaintDevice>
+#include <QPainter>
+#include <QPalette>
+#include <QPromise>
+#include <QThreadPool>
+#include <QTransform>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <utility>
+
+namespace lumenfold {
+namespace {
+
+/// A copy of up to this many times the size that is needed is scaled down in painting.
+constexpr double largestExcess = 1.8;
+
+QFuture<QImage> copyOnPool(const Image &image, PixelSize bounds)
+{
+    auto promise = std::make_shared<QPromise<QImage>>();
+    QFuture<QImage> future = promise->future();
+    promise->start();
+    QThreadPool::globalInstance()->start([promise = std::move(promise), image, bounds] {
+        promise->addResult(image.thumbnail(bounds));
+        promise->finish();
+    });
+    return future;
+}
+
+} // namespace
+
+PixelSize fillingSize(PixelSize pixels, PixelSize device)
+{
+    if (pixels.isEmpty() || device.isEmpty()) {
+        return {};
+    }
+    const double scale =
+        std::max(static_cast<double>(device.width) / pixels.width, static_cast<double>(device.height) / pixels.height);
+    return {std::max(static_cast<int>(std::lround(pixels.width * scale)), device.width),
+            std::max(static_cast<int>(std::lround(pixels.height * scale)), device.height)};
+}
+
+QRectF visiblePart(QSizeF pixels, QSizeF area)
+{
+    const QSizeF part = area.scaled(pixels, Qt::KeepAspectRatio);
+    return {QPointF((pixels.width() - part.width()) / 2, (pixels.height() - part.height()) / 2), part};
+}
+
+CardPicture::CardPicture(Image image) : m_image(std::move(image))
+{
+    connect(&m_watcher, &QFutureWatcherBase::finished, this, [this] {
+        takeCopy(m_watcher.result());
+        Q_EMIT changed();
+    });
+}
+
+CardPicture::~CardPicture() = default;
+
+void CardPicture::prepare(PixelSize device, Sharpness sharpness)
+{
+    const PixelSize wanted = fillingSize(m_image.pixelSize().value_or(PixelSize{}), device);
+    if (wanted.isEmpty() || wanted == m_madeFor || m_watcher.isRunning()) {
+        return;
+    }
+    const bool isLargeEnough = m_madeFor.width >= wanted.width && m_madeFor.height >= wanted.height;
+    if (sharpness == Sharpness::passing && isLargeEnough && m_madeFor.width <= wanted.width * largestExcess) {
+        return;
+    }
+    m_making = wanted;
+    if (m_image.holdsPixels()) {
+        // A new capture: a few milliseconds, and the card is never seen without its picture.
+        takeCopy(m_image.thumbnail(wanted));
+    } else {
+        m_watcher.setFuture(copyOnPool(m_image, wanted));
+    }
+}
+
+void CardPicture::takeCopy(const QImage &copy)
+{
+    m_copy = copy;
+    m_madeFor = m_making;
+    m_image.releasePixelsWhenEncoded();
+}
+
+void CardPicture::paint(QPainter &painter, const QRectF &area, double cornerRadius, Sharpness sharpness)
+{
+    const double scale = painter.device()->devicePixelRatioF();
+    prepare({static_cast<int>(std::lround(area.width() * scale)), static_cast<int>(std::lround(area.height() * scale))},
+            sharpness);
+
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    if (m_copy.isNull()) {
+        painter.setBrush(QGuiApplication::palette().color(QPalette::Mid));
+    } else {
+        const QRectF part = visiblePart(m_copy.size(), area.size());
+        const double zoom = area.width() / part.width();
+        // Pixel for pixel, there is nothing to smooth and everything to lose by it.
+        const bool isExact = std::abs(zoom * scale - 1) < 1e-3;
+        QTransform placing;
+        if (isExact) {
+            const QPointF corner = (area.topLeft() * scale - part.topLeft());
+            placing.translate(std::round(corner.x()) / scale, std::round(corner.y()) / scale)
+                .scale(1 / scale, 1 / scale);
+        } else {
+            placing.translate(area.x(), area.y()).scale(zoom, zoom).translate(-part.x(), -part.y());
+        }
+        QBrush brush(m_copy);
+        brush.setTransform(placing);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform, !isExact);
+        painter.setBrush(brush);
+    }
+    painter.drawRoundedRect(area, cornerRadius, cornerRadius);
+    painter.restore();
+}
+
+} // namespace lumenfold

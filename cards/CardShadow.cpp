@@ -1,0 +1,138 @@
+#include "cards/CardShadow.h"
+
+#include <QImage>
+#include <QPaintDevice>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmap>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace lumenfold {
+namespace {
+
+/// Beyond three standard deviations a Gaussian is nothing.
+int reachOf(double deviation)
+{
+    return static_cast<int>(std::ceil(3 * deviation));
+}
+
+std::vector<float> gaussian(double deviation)
+{
+    const int reach = reachOf(deviation);
+    std::vector<float> kernel(static_cast<std::size_t>(2 * reach + 1));
+    float sum = 0;
+    for (int place = -reach; place <= reach; ++place) {
+        float &weight = kernel[static_cast<std::size_t>(place + reach)];
+        weight = static_cast<float>(std::exp(-place * place / (2 * deviation * deviation)));
+        sum += weight;
+    }
+    for (float &weight : kernel) {
+        weight /= sum;
+    }
+    return kernel;
+}
+
+/// One direction of a separable blur: convolves each row and turns the picture, so that the second pass does the
+/// columns.
+QImage blurredAndTurned(const QImage &alpha, const std::vector<float> &kernel)
+{
+    const int reach = static_cast<int>(kernel.size() / 2);
+    QImage turned(alpha.height(), alpha.width(), QImage::Format_Alpha8);
+    for (int y = 0; y < alpha.height(); ++y) {
+        const uchar *row = alpha.constScanLine(y);
+        for (int x = 0; x < alpha.width(); ++x) {
+            float sum = 0;
+            for (int place = std::max(-reach, -x); place <= std::min(reach, alpha.width() - 1 - x); ++place) {
+                sum += kernel[static_cast<std::size_t>(place + reach)] * row[x + place];
+            }
+            turned.scanLine(x)[y] = static_cast<uchar>(std::lround(sum));
+        }
+    }
+    return turned;
+}
+
+/// The shadow of the smallest rectangle that has one straight pixel between its corners: nine patches whose middle ones
+/// can be stretched to any size.
+struct ShadowTile {
+    CardShadow kind;
+    double scale = 1;
+    QImage picture;
+    /// Device pixels from the tile's edge to its straight middle, and from its edge to the caster's.
+    int border = 0;
+    int outside = 0;
+};
+
+ShadowTile makeTile(const CardShadow &kind, double scale)
+{
+    const double deviation = kind.blurRadius / 2 * scale;
+    const int reach = reachOf(deviation);
+    const double radius = kind.cornerRadius * scale;
+    const int border = 2 * reach + static_cast<int>(std::ceil(radius));
+    const int side = 2 * border + 1;
+
+    QImage shape(side, side, QImage::Format_ARGB32_Premultiplied);
+    shape.fill(Qt::transparent);
+    QPainter painter(&shape);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::black);
+    painter.drawRoundedRect(QRectF(shape.rect()).adjusted(reach, reach, -reach, -reach), radius, radius);
+    painter.end();
+
+    const std::vector<float> kernel = gaussian(deviation);
+    const QImage alpha =
+        blurredAndTurned(blurredAndTurned(shape.convertToFormat(QImage::Format_Alpha8), kernel), kernel);
+    QImage picture(side, side, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < side; ++y) {
+        const uchar *row = alpha.constScanLine(y);
+        auto *shaded = reinterpret_cast<QRgb *>(picture.scanLine(y));
+        for (int x = 0; x < side; ++x) {
+            shaded[x] = qRgba(0, 0, 0, static_cast<int>(std::lround(row[x] * kind.opacity)));
+        }
+    }
+    return {kind, scale, picture, border, reach};
+}
+
+const ShadowTile &tileFor(const CardShadow &kind, double scale)
+{
+    // A card and a button of it, on screens of two scales.
+    static std::vector<ShadowTile> tiles;
+    const auto found =
+        std::ranges::find_if(tiles, [&](const ShadowTile &tile) { return tile.kind == kind && tile.scale == scale; });
+    return found != tiles.end() ? *found : tiles.emplace_back(makeTile(kind, scale));
+}
+
+} // namespace
+
+void paintShadow(QPainter &painter, const QRectF &caster, const CardShadow &shadow)
+{
+    CardShadow kind = shadow;
+    kind.offset = {};
+    const ShadowTile &tile = tileFor(kind, painter.device()->devicePixelRatioF());
+    const double outside = tile.outside / tile.scale;
+    const double border = tile.border / tile.scale;
+    const QRectF target = caster.translated(shadow.offset).adjusted(-outside, -outside, outside, outside);
+
+    const double side = tile.picture.width();
+    const std::array sourceEdges{0.0, double(tile.border), double(tile.border) + 1, side};
+    const auto edges = [border](double from, double to) {
+        const double inner = std::min(border, (to - from) / 2);
+        return std::array{from, from + inner, to - inner, to};
+    };
+    const std::array columns = edges(target.left(), target.right());
+    const std::array rows = edges(target.top(), target.bottom());
+    for (std::size_t row = 0; row < 3; ++row) {
+        for (std::size_t column = 0; column < 3; ++column) {
+            painter.drawImage(QRectF(QPointF(columns[column], rows[row]), QPointF(columns[column + 1], rows[row + 1])),
+                              tile.picture,
+                              QRectF(QPointF(sourceEdges[column], sourceEdges[row]),
+                                     QPointF(sourceEdges[column + 1], sourceEdges[row + 1])));
+        }
+    }
+}
+
+} // namespace lumenfold
