@@ -161,14 +161,15 @@ QRectF ScreenSpace::toNative(const Rect &points, const PlacedScreen &screen)
 
 Rect ScreenSpace::fromQt(const QRectF &qt, const PlacedScreen &screen)
 {
-    return {screen.frame.minX() + (qt.x() - screen.qt.x()),
-            screen.frame.maxY() - (qt.y() - screen.qt.y()) - qt.height(), qt.width(), qt.height()};
+    const QPointF origin = screen.qt.topLeft();
+    return fromNative(QRectF(origin + (qt.topLeft() - origin) * screen.scale, qt.size() * screen.scale), screen);
 }
 
 QRectF ScreenSpace::toQt(const Rect &points, const PlacedScreen &screen)
 {
-    return {screen.qt.x() + (points.minX() - screen.frame.minX()),
-            screen.qt.y() + (screen.frame.maxY() - points.maxY()), points.width, points.height};
+    const QPointF origin = screen.qt.topLeft();
+    const QRectF native = toNative(points, screen);
+    return {origin + (native.topLeft() - origin) / screen.scale, native.size() / screen.scale};
 }
 
 } // namespace lumenfold

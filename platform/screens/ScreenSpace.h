@@ -16,8 +16,8 @@ struct ScreenGeometry {
     DisplayID displayID = 0;
     /// Device pixels of the X server's root window, origin top left, y down.
     QRect native;
-    /// The toolkit's device-independent coordinates: the origin is the native one, the size is divided by the scale
-    /// and rounded.
+    /// The toolkit's device-independent coordinates: it keeps the native origin and divides the size by the scale. When
+    /// it missed that a screen moved, this is still the old place, from which it goes on converting.
     QRect qt;
     /// Device pixels per point. Greater than 0.
     double scale = 1;

@@ -4,65 +4,68 @@
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QHash>
 #include <QScreen>
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
-
-#include <xcb/randr.h>
 
 namespace lumenfold {
 namespace {
 
 using namespace x11;
 
-/// The rectangle in pixels of every monitor that RandR 1.5 knows, by its name's atom.
-QHash<xcb_atom_t, QRect> monitors(X11Connection &connection)
+QScreen *screenNamed(const QString &name)
 {
-    QHash<xcb_atom_t, QRect> found;
-    if (connection.extension(&xcb_randr_id) == nullptr) {
-        return found;
-    }
-    constexpr std::uint8_t activeOnly = 1;
-    const auto answer = connection.reply(xcb_randr_get_monitors_reply,
-                                         xcb_randr_get_monitors(connection.xcb(), connection.root(), activeOnly));
-    if (!answer) {
-        return found;
-    }
-    for (auto monitor = xcb_randr_get_monitors_monitors_iterator(answer->get()); monitor.rem > 0;
-         xcb_randr_monitor_info_next(&monitor)) {
-        found.insert(monitor.data->name,
-                     QRect(monitor.data->x, monitor.data->y, monitor.data->width, monitor.data->height));
-    }
-    return found;
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    const auto found = std::ranges::find(screens, name, &QScreen::name);
+    return found == screens.end() ? nullptr : *found;
 }
 
-/// The toolkit rounds a screen's size when it divides it by the scale; RandR has the exact size. The two are told of a
-/// change one after the other, so RandR only counts where it agrees with the toolkit.
-QRect nativeGeometry(const QScreen &screen, const QRect &monitor)
+/// What the toolkit knows of the screen that it takes for this monitor. Right after a screen was plugged in it knows
+/// none yet, and the main screen has to stand for it.
+ScreenGeometry geometryOf(const X11Monitor &monitor)
 {
-    const double scale = screen.devicePixelRatio();
-    const QSize size = (QSizeF(screen.geometry().size()) * scale).toSize();
-    const QRect computed(screen.geometry().topLeft(), size);
-    const bool agree = monitor.topLeft() == computed.topLeft() &&
-                       std::abs(monitor.width() - computed.width()) < scale &&
-                       std::abs(monitor.height() - computed.height()) < scale;
-    return agree ? monitor : computed;
+    const QScreen *screen = screenNamed(monitor.name);
+    const double scale = (screen == nullptr ? QGuiApplication::primaryScreen() : screen)->devicePixelRatio();
+    const QRect computed(monitor.frame.topLeft(), (QSizeF(monitor.frame.size()) / scale).toSize());
+    return {.displayID = 0,
+            .native = monitor.frame,
+            .qt = screen == nullptr ? computed : screen->geometry(),
+            .scale = scale};
 }
 
-QList<QScreen *> screensInOrder()
+DisplayIdentity identityOf(const QString &name)
 {
-    QList<QScreen *> screens = QGuiApplication::screens();
-    std::ranges::stable_partition(screens, [](QScreen *screen) { return screen == QGuiApplication::primaryScreen(); });
-    return screens;
+    const QScreen *screen = screenNamed(name);
+    if (screen == nullptr) {
+        return {.name = name};
+    }
+    return {.name = name,
+            .manufacturer = screen->manufacturer(),
+            .model = screen->model(),
+            .serialNumber = screen->serialNumber()};
+}
+
+/// The toolkit's view, for servers that cannot list monitors.
+std::vector<X11Monitor> monitorsOfTheToolkit()
+{
+    std::vector<X11Monitor> monitors;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        const QSize size = (QSizeF(screen->geometry().size()) * screen->devicePixelRatio()).toSize();
+        monitors.push_back({.name = screen->name(),
+                            .frame = QRect(screen->geometry().topLeft(), size),
+                            .isPrimary = screen == QGuiApplication::primaryScreen()});
+    }
+    std::ranges::stable_partition(monitors, &X11Monitor::isPrimary);
+    return monitors;
 }
 
 } // namespace
 
-X11Screens::X11Screens(X11Connection &connection) : m_connection(connection), m_docks(connection)
+X11Screens::X11Screens(X11Connection &connection)
+    : m_connection(connection), m_docks(connection), m_monitors(connection)
 {
+    connect(&m_monitors, &X11Monitors::changed, this, &X11Screens::invalidate);
     connect(qGuiApp, &QGuiApplication::screenAdded, this, [this](QScreen *screen) {
         watch(screen);
         invalidate();
@@ -137,19 +140,15 @@ void X11Screens::tellIfChanged()
 
 ScreenSpace X11Screens::readSpace() const
 {
-    const QHash<xcb_atom_t, QRect> exact = monitors(m_connection);
+    std::vector<X11Monitor> monitors = m_monitors.read();
+    if (monitors.empty()) {
+        monitors = monitorsOfTheToolkit();
+    }
     std::vector<ScreenGeometry> geometries;
     std::vector<DisplayIdentity> identities;
-    for (const QScreen *screen : screensInOrder()) {
-        const QRect monitor = exact.value(m_connection.atom(screen->name().toUtf8().constData()));
-        geometries.push_back({.displayID = 0,
-                              .native = nativeGeometry(*screen, monitor),
-                              .qt = screen->geometry(),
-                              .scale = screen->devicePixelRatio()});
-        identities.push_back({.name = screen->name(),
-                              .manufacturer = screen->manufacturer(),
-                              .model = screen->model(),
-                              .serialNumber = screen->serialNumber()});
+    for (const X11Monitor &monitor : monitors) {
+        geometries.push_back(geometryOf(monitor));
+        identities.push_back(identityOf(monitor.name));
     }
     const std::vector<DisplayID> ids = displayIDsFor(identities);
     for (std::size_t index = 0; index < ids.size(); ++index) {

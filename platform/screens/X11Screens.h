@@ -3,6 +3,7 @@
 #include "platform/screens/ScreenSpace.h"
 #include "platform/screens/Screens.h"
 #include "platform/screens/X11Docks.h"
+#include "platform/screens/X11Monitors.h"
 #include "platform/x11/X11Connection.h"
 
 #include <optional>
@@ -12,7 +13,7 @@ class QScreen;
 
 namespace lumenfold {
 
-/// The screens as the toolkit lists them, with their exact size from RandR. Needs a QGuiApplication on X11 whose scale
+/// The screens as RandR places them, with the toolkit's scale for each. Needs a QGuiApplication on X11 whose scale
 /// factors are whole (Qt::HighDpiScaleFactorRoundingPolicy::Round). Listens and never polls.
 class X11Screens : public Screens {
     Q_OBJECT
@@ -35,6 +36,7 @@ private:
     [[nodiscard]] Rect visibleFrameOf(const ScreenSpace::PlacedScreen &screen) const;
     x11::X11Connection &m_connection;
     X11Docks m_docks;
+    X11Monitors m_monitors;
     /// Nothing after a change, until somebody asks.
     mutable std::optional<ScreenSpace> m_space;
     /// Pixels; may be more than all screens together. Read with m_space.

@@ -69,11 +69,15 @@ X11Connection::X11Connection(xcb_connection_t *connection, int screenNumber, xcb
     , m_notifier(std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection), QSocketNotifier::Read))
 {
     connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] { dispatch(Source::socket); });
-    // Waiting for a reply reads events off the socket too; they would stay in xcb's queue with nothing to wake us.
-    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this, [this] {
+    // Waiting for a reply reads events off the socket too; they would stay in xcb's queue with nothing to wake us. A
+    // loop that never sleeps only ever says that it is awake.
+    const QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance();
+    const auto dispatchQueued = [this] {
         xcb_flush(m_connection);
         dispatch(Source::queue);
-    });
+    };
+    connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, dispatchQueued);
+    connect(dispatcher, &QAbstractEventDispatcher::awake, this, dispatchQueued);
 }
 
 X11Connection::~X11Connection()

@@ -67,11 +67,15 @@ void ForeignWindow::setOpacity(double opacity)
 
 void waitForBlending(XServer &server)
 {
+    constexpr QRgb probeColour = 0xffff01fe;
     const QRect place(40, 40, 20, 20);
-    const ForeignWindow white(server, {.frame = place, .colour = 0xffffff});
-    const ForeignWindow clear(server, {.frame = place, .depth = 32, .colour = 0x00000000});
-    waitUntil("the compositing manager to blend windows",
-              [&] { return QColor(rootPicture(server.connection(), place).pixel(10, 10)) == QColor(Qt::white); });
+    const auto isProbeSeen = [&] { return rootPicture(server.connection(), place).pixel(10, 10) == probeColour; };
+    {
+        const ForeignWindow probe(server, {.frame = place, .colour = probeColour});
+        const ForeignWindow clear(server, {.frame = place, .depth = 32, .colour = 0x00000000});
+        waitUntil("the compositing manager to blend windows", isProbeSeen);
+    }
+    waitUntil("the compositing manager to let the probe go", [&] { return !isProbeSeen(); });
 }
 
 } // namespace lumenfold::test

@@ -214,6 +214,17 @@ TEST(ScreenSpace, ConvertsToTheToolkitAndBackOnEachScreen)
     EXPECT_EQ(space.toQt(Point{10, 1070}), QPointF(1290, 10));
 }
 
+TEST(ScreenSpace, ConvertsFromWhereTheToolkitBelievesAScreenToBe)
+{
+    // The screen of scale 2 moved from (1000, 300) to (1000, 0), and the toolkit still counts from its old place.
+    ScreenGeometry moved = screen(2, QRect(1000, 0, 2000, 2000), 2);
+    moved.qt.moveTo(1000, 300);
+    const ScreenSpace space({screen(1, QRect(0, 0, 1000, 1000)), moved});
+    // The toolkit turns y = 250 into 300 + (250 - 300) * 2 = 200 pixels.
+    EXPECT_EQ(space.fromQt(QRectF(1010, 250, 10, 10), *space.screen(2)), (Rect{1010, 890, 10, 10}));
+    EXPECT_EQ(space.toQt(Rect{1010, 890, 10, 10}, *space.screen(2)), QRectF(1010, 250, 10, 10));
+}
+
 TEST(ScreenSpace, TellsNothingAboutUnknownScreens)
 {
     const ScreenSpace space({screen(1, QRect(0, 0, 1000, 1000))});
