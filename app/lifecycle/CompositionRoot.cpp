@@ -1,0 +1,114 @@
+#include "app/lifecycle/CompositionRoot.h"
+
+#include "app/actions/ActionHandler.h"
+#include "app/configuration/AppConfig.h"
+#include "app/lifecycle/AppDelegate.h"
+#include "app/lifecycle/ScreenRecordingAlert.h"
+#include "capture/CaptureCoordinator.h"
+#include "capture/areaselection/AreaSelectionController.h"
+#include "cards/BareImageView.h"
+#include "cards/PreviewWindowController.h"
+#include "platform/alerts/QtAlerts.h"
+#include "platform/defaults/SettingsFileUserDefaults.h"
+#include "platform/files/XdgFileManager.h"
+#include "platform/mainqueue/QtMainQueue.h"
+#include "platform/notifications/NotificationCenter.h"
+#include "platform/session/PlatformServices.h"
+#include "platform/workspace/QtWorkspace.h"
+#include "shortcuts/HotkeyManager.h"
+#include "shortcuts/ShortcutStore.h"
+
+#include <QGuiApplication>
+
+#include <utility>
+
+namespace lumenfold {
+
+/// In the order in which they are built; they go in the opposite order.
+struct CompositionRoot::Parts {
+    explicit Parts(std::unique_ptr<PlatformServices> services) : platform(std::move(services))
+    {
+        ShortcutStore::setShared(&shortcuts);
+    }
+
+    std::unique_ptr<CaptureCoordinator> makeCaptureCoordinator();
+
+    std::unique_ptr<PlatformServices> platform;
+    QtMainQueue queue;
+    QtWorkspace workspace;
+    QtAlerts alerts;
+    XdgFileManager files;
+    NotificationCenter notifications;
+    SettingsFileUserDefaults defaults{SettingsFileUserDefaults::standardPath()};
+
+    AppConfig config{defaults, platform->screens(), files};
+    ActionHandler actions{platform->pasteboard(), config};
+    ShortcutStore shortcuts{defaults, notifications};
+    BareImageViews cardViews{platform->panels()};
+
+    AppDelegate delegate{{
+        .workspace = workspace,
+        .permissions = platform->permissions(),
+        .alerts = alerts,
+        .notifications = notifications,
+        .shortcuts = shortcuts,
+        .makeCaptureCoordinator = [this] { return makeCaptureCoordinator(); },
+        .makeHotkeyManager =
+            [this] { return std::make_unique<HotkeyManager>(platform->keyEventTaps(), platform->hotKeys(), queue); },
+        .productName = productName(QGuiApplication::applicationDisplayName(), QCoreApplication::applicationName()),
+    }};
+};
+
+std::unique_ptr<CaptureCoordinator> CompositionRoot::Parts::makeCaptureCoordinator()
+{
+    const qint64 ownProcess = QCoreApplication::applicationPid();
+    const ScreenCaptureService captureService(platform->screenshots(), platform->screens(), ownProcess);
+    return std::make_unique<CaptureCoordinator>(CaptureCoordinator::Collaborators{
+        .captureService = captureService,
+        .areaController = std::make_unique<AreaSelectionController>(AreaSelectionController::Collaborators{
+            .panels = platform->panels(),
+            .screens = platform->screens(),
+            .windowList = platform->windowList(),
+            .queue = queue,
+            .captureService = captureService,
+            .ownProcessID = ownProcess,
+        }),
+        .previewController = std::make_unique<PreviewWindowController>(PreviewWindowController::Collaborators{
+            .panels = platform->panels(),
+            .monitors = platform->eventMonitors(),
+            .screens = platform->screens(),
+            .config = config,
+            .queue = queue,
+            .views = cardViews,
+        }),
+        .actions = actions,
+        .screens = platform->screens(),
+        .defaults = defaults,
+        .queue = queue,
+        .alerts = alerts,
+        .workspace = workspace,
+        .editorWindow = {},
+    });
+}
+
+CompositionRoot::CompositionRoot(std::unique_ptr<PlatformServices> services)
+    : m_parts(std::make_unique<Parts>(std::move(services)))
+{
+}
+
+CompositionRoot::~CompositionRoot()
+{
+    ShortcutStore::setShared(nullptr);
+}
+
+AppDelegate &CompositionRoot::appDelegate()
+{
+    return m_parts->delegate;
+}
+
+Workspace &CompositionRoot::workspace()
+{
+    return m_parts->workspace;
+}
+
+} // namespace lumenfold

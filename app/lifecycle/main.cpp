@@ -1,0 +1,88 @@
+#include "app/lifecycle/AppDelegate.h"
+#include "app/lifecycle/CompositionRoot.h"
+#include "platform/session/Backend.h"
+#include "platform/session/InstanceLock.h"
+#include "platform/session/TerminationSignals.h"
+#include "platform/workspace/Workspace.h"
+
+#include <QApplication>
+#include <QDebug>
+
+#include <array>
+#include <cstdio>
+
+namespace {
+
+using namespace lumenfold;
+
+constexpr int couldNotStart = 1;
+
+int fail(const QString &why)
+{
+    std::fprintf(stderr, "LumenFold cannot start: %s.\n", qUtf8Printable(why));
+    return couldNotStart;
+}
+
+void nameApplication()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("LumenFold"));
+    QCoreApplication::setOrganizationName(QStringLiteral("LumenFold"));
+    QCoreApplication::setOrganizationDomain(QStringLiteral("lumenfold.org"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(LUMENFOLD_VERSION));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("LumenFold"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.lumenfold.LumenFold"));
+}
+
+int run(const Backend &backend, char *programName)
+{
+    // A fraction of a pixel cannot be captured or placed, so scale factors are whole numbers.
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::Round);
+    nameApplication();
+
+    // The backend's platform, whatever QT_QPA_PLATFORM says: as an argument, because the environment is handed on to
+    // every program that is started from here. The program has no command line of its own.
+    QByteArray platformOption("-platform");
+    QByteArray platform = backend.toolkitPlatform();
+    std::array<char *, 4> arguments{programName, platformOption.data(), platform.data(), nullptr};
+    int argumentCount = arguments.size() - 1;
+    QApplication application(argumentCount, arguments.data());
+    // Most of the time there is no window at all.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    auto services = backend.connect();
+    if (!services) {
+        return fail(services.error());
+    }
+    CompositionRoot root(std::move(*services));
+    const TerminationSignals signals([&root] { root.workspace().terminate(); });
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &root.appDelegate(),
+                     &AppDelegate::applicationWillTerminate);
+    root.appDelegate().applicationDidFinishLaunching();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int, char **argv)
+{
+    const auto lock = InstanceLock::acquire(InstanceLock::standardPath());
+    if (!lock && lock.error() == InstanceLock::Failure::taken) {
+        std::puts("LumenFold is already running.");
+        return 0;
+    }
+    if (!lock) {
+        qWarning().noquote().nospace() << "LumenFold: no lock file can be made at " << InstanceLock::standardPath()
+                                       << ", so nothing keeps a second LumenFold from starting";
+    }
+
+    const SessionEnvironment session = SessionEnvironment::ofThisProcess();
+    const Backends backends = allBackends();
+    const auto backend = chooseBackend(backends, session);
+    if (!backend) {
+        return fail(backend.error());
+    }
+    if (const auto reachable = (*backend)->check(session); !reachable) {
+        return fail(reachable.error());
+    }
+    return run(**backend, argv[0]);
+}
