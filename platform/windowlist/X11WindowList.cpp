@@ -144,8 +144,16 @@ std::vector<WindowInfo> X11WindowList::onScreenWindows() const
     const ScreenSpace &space = m_screens.space();
     const double mainHeight = space.screens().empty() ? 0 : space.screens().front().frame.height;
 
+    // Window managers and toolkits keep helpers mapped beside the screen.
+    const auto isOnAScreen = [&](const QRect &frame) {
+        return std::ranges::any_of(space.screens(),
+                                   [&](const auto &screen) { return screen.native.intersects(frame); });
+    };
     std::vector<WindowInfo> windows;
     for (const SeenWindow &window : seen) {
+        if (!isOnAScreen(window.frame)) {
+            continue;
+        }
         const ClientWindow &description = window.description;
         std::optional<qint64> pid;
         if (own && own->contains(description.id)) {
