@@ -1,16 +1,14 @@
 /// The clipboard as other programs see it: everything is read by a client with a connection of its own.
 #include "platform/pasteboard/qt/QtPasteboard.h"
 
-#include "platform/image/EncodingPool.h"
 #include "tests/components/pasteboard/Noise.h"
 #include "tests/support/desktop/Clipboard.h"
 #include "tests/support/desktop/GuiTest.h"
 #include "tests/support/desktop/Pictures.h"
+#include "tests/support/fakes/BusyEncodingPool.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QSemaphore>
-#include <QThreadPool>
 
 #include <gmock/gmock.h>
 
@@ -23,29 +21,6 @@ using namespace std::chrono_literals;
 using ::testing::UnorderedElementsAre;
 
 constexpr QSize desktopSize{3840, 2160};
-
-/// Nothing can be encoded while this lives.
-class BusyEncodingPool {
-public:
-    BusyEncodingPool()
-    {
-        for (int thread = 0; thread < encodingPool().maxThreadCount(); ++thread) {
-            encodingPool().start([this] { m_end.acquire(); });
-        }
-    }
-    ~BusyEncodingPool() { release(); }
-    BusyEncodingPool(const BusyEncodingPool &) = delete;
-    BusyEncodingPool &operator=(const BusyEncodingPool &) = delete;
-
-    void release()
-    {
-        m_end.release(encodingPool().maxThreadCount());
-        encodingPool().waitForDone();
-    }
-
-private:
-    QSemaphore m_end;
-};
 
 class QtPasteboardTest : public ::testing::Test {
 protected:

@@ -1,5 +1,6 @@
 #include "platform/image/Image.h"
 
+#include "tests/support/fakes/BusyEncodingPool.h"
 #include "tests/unit/image/PngChunks.h"
 #include "tests/unit/image/TestPictures.h"
 

@@ -1,6 +1,7 @@
 /// What happens between the encoding threads and those who wait for them.
 #include "platform/image/EncodingPool.h"
 #include "platform/image/Image.h"
+#include "tests/support/fakes/BusyEncodingPool.h"
 #include "tests/unit/image/TestPictures.h"
 
 #include <QCoreApplication>

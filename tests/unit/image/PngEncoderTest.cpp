@@ -2,6 +2,7 @@
 
 #include "platform/image/PngBand.h"
 #include "platform/image/PngDecoder.h"
+#include "tests/support/fakes/BusyEncodingPool.h"
 #include "tests/unit/image/PngChunks.h"
 #include "tests/unit/image/TestPictures.h"
 

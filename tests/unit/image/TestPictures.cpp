@@ -1,9 +1,5 @@
 #include "tests/unit/image/TestPictures.h"
 
-#include "platform/image/EncodingPool.h"
-
-#include <QThreadPool>
-
 #include <array>
 #include <cstring>
 #include <functional>
@@ -81,24 +77,6 @@ QImage withPaddedRows(const QImage &picture)
     return QImage(
         reinterpret_cast<uchar *>(memory->data()), picture.width(), picture.height(), stride, picture.format(),
         [](void *bytes) { delete static_cast<QByteArray *>(bytes); }, memory);
-}
-
-BusyEncodingPool::BusyEncodingPool()
-{
-    for (int thread = 0; thread < encodingPool().maxThreadCount(); ++thread) {
-        encodingPool().start([this] { m_end.acquire(); });
-    }
-}
-
-BusyEncodingPool::~BusyEncodingPool()
-{
-    release();
-}
-
-void BusyEncodingPool::release()
-{
-    m_end.release(encodingPool().maxThreadCount());
-    encodingPool().waitForDone();
 }
 
 } // namespace lumenfold::test

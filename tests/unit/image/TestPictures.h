@@ -2,7 +2,6 @@
 
 #include <QColor>
 #include <QImage>
-#include <QSemaphore>
 #include <QSize>
 
 namespace lumenfold::test {
@@ -18,20 +17,5 @@ namespace lumenfold::test {
 [[nodiscard]] QImage withTransparency(const QImage &picture);
 /// The same pixels in memory whose rows are farther apart than they are long, with other bytes between.
 [[nodiscard]] QImage withPaddedRows(const QImage &picture);
-
-/// Nothing can be encoded while this lives: the pool has other things to do.
-class BusyEncodingPool {
-public:
-    BusyEncodingPool();
-    ~BusyEncodingPool();
-    BusyEncodingPool(const BusyEncodingPool &) = delete;
-    BusyEncodingPool &operator=(const BusyEncodingPool &) = delete;
-
-    /// Lets it work again and waits until it has nothing left to do.
-    void release();
-
-private:
-    QSemaphore m_end;
-};
 
 } // namespace lumenfold::test
