@@ -56,14 +56,14 @@ void SelectionView::mousePressEvent(QMouseEvent *event)
         return;
     }
     const std::optional<Rect> before = m_drag.currentRect();
-    m_drag.begin(viewPoint(event->position()), m_snapEdges(), m_screenSize);
+    m_drag.begin(viewPoint(*event), m_snapEdges(), m_screenSize);
     repaintChange(before, m_drag.currentRect());
 }
 
 void SelectionView::mouseMoveEvent(QMouseEvent *event)
 {
     const std::optional<Rect> before = m_drag.currentRect();
-    m_drag.drag(viewPoint(event->position()));
+    m_drag.drag(viewPoint(*event));
     repaintChange(before, m_drag.currentRect());
 }
 
@@ -137,8 +137,11 @@ void SelectionView::paintBackdrop(QPainter &painter, const QRectF &part) const
     painter.drawImage(part, m_backdrop, source);
 }
 
-Point SelectionView::viewPoint(QPointF position) const
+Point SelectionView::viewPoint(const QMouseEvent &event) const
 {
+    // In the window, which the view fills: the toolkit rounds the position in a view inside a window to whole points,
+    // and a pixel may be half a point.
+    const QPointF position = event.scenePosition();
     return {position.x(), m_screenSize.height - position.y()};
 }
 

@@ -51,7 +51,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    [[nodiscard]] Point viewPoint(QPointF position) const;
+    [[nodiscard]] Point viewPoint(const QMouseEvent &event) const;
     [[nodiscard]] QRectF toolkitRect(const Rect &rect) const;
     [[nodiscard]] QRectF labelRect(const Rect &selection) const;
     [[nodiscard]] QRegion markRegion(const std::optional<Rect> &selection) const;
