@@ -4,14 +4,19 @@
 
 namespace lumenfold {
 
-/// Implemented by a panel's content view that knows what it paints. Asked only while no compositing manager runs,
-/// before each painting: the panel's window is then cut to this region.
+/// Implemented by a panel's content view that knows what it paints and what of it wants the pointer. Asked before each
+/// painting.
 class PanelContentShape {
 public:
     virtual ~PanelContentShape() = default;
 
-    /// In the view's coordinates. What lies outside is neither painted nor gets the pointer.
+    /// What the panel's window is cut to while no compositing manager runs, in the view's coordinates. What lies
+    /// outside is neither painted nor gets the pointer.
     [[nodiscard]] virtual QRegion opaqueShape() const = 0;
+
+    /// What gets the pointer, in the view's coordinates; everywhere else it goes to the window beneath, also where the
+    /// view paints a shadow.
+    [[nodiscard]] virtual QRegion pointerShape() const { return opaqueShape(); }
 };
 
 } // namespace lumenfold

@@ -87,11 +87,11 @@ void PanelServer::setOpacity(xcb_window_t window, double alpha)
     setCardinals(window, "_NET_WM_WINDOW_OPACITY", {static_cast<std::uint32_t>(std::lround(alpha * opaque))});
 }
 
-void PanelServer::setShape(xcb_window_t window, const std::optional<QRegion> &shape)
+void PanelServer::setShape(xcb_window_t window, Cut cut, const std::optional<QRegion> &shape)
 {
+    const xcb_shape_kind_t kind = cut == Cut::whatIsSeen ? XCB_SHAPE_SK_BOUNDING : XCB_SHAPE_SK_INPUT;
     if (!shape) {
-        forgetOutcome(xcb_shape_mask_checked(m_connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window, 0, 0,
-                                             XCB_PIXMAP_NONE));
+        forgetOutcome(xcb_shape_mask_checked(m_connection, XCB_SHAPE_SO_SET, kind, window, 0, 0, XCB_PIXMAP_NONE));
         return;
     }
     std::vector<xcb_rectangle_t> rectangles;
@@ -99,9 +99,9 @@ void PanelServer::setShape(xcb_window_t window, const std::optional<QRegion> &sh
         rectangles.push_back({static_cast<std::int16_t>(rect.x()), static_cast<std::int16_t>(rect.y()),
                               static_cast<std::uint16_t>(rect.width()), static_cast<std::uint16_t>(rect.height())});
     }
-    forgetOutcome(xcb_shape_rectangles_checked(m_connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
-                                               XCB_CLIP_ORDERING_YX_BANDED, window, 0, 0,
-                                               static_cast<std::uint32_t>(rectangles.size()), rectangles.data()));
+    forgetOutcome(xcb_shape_rectangles_checked(m_connection, XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_YX_BANDED,
+                                               window, 0, 0, static_cast<std::uint32_t>(rectangles.size()),
+                                               rectangles.data()));
 }
 
 void PanelServer::erase(xcb_window_t window)

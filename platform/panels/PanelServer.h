@@ -39,8 +39,9 @@ public:
     /// 0 is invisible, 1 opaque; heeded by compositing managers only.
     void setOpacity(xcb_window_t window, double alpha);
 
+    enum class Cut { whatIsSeen, whatGetsThePointer };
     /// Nothing: not cut at all.
-    void setShape(xcb_window_t window, const std::optional<QRegion> &shape);
+    void setShape(xcb_window_t window, Cut cut, const std::optional<QRegion> &shape);
 
     /// Makes the whole content transparent.
     void erase(xcb_window_t window);

@@ -77,6 +77,12 @@ QRegion PanelWindow::contentShape() const
     return rect().marginsRemoved({margin, margin, margin, margin});
 }
 
+std::optional<QRegion> PanelWindow::pointerShape() const
+{
+    const auto *shaped = dynamic_cast<const PanelContentShape *>(m_content.data());
+    return shaped != nullptr ? std::optional(shaped->pointerShape()) : std::nullopt;
+}
+
 void PanelWindow::replaceNativeWindow()
 {
     const bool wasVisible = isVisible();

@@ -29,6 +29,8 @@ public:
     /// What to cut the window to when windows do not blend, in this widget's coordinates: what the view says that it
     /// paints, else its mask, else everything but the transparent margin.
     [[nodiscard]] QRegion contentShape() const;
+    /// What gets the pointer, in this widget's coordinates; nothing: all of it, because the view does not say.
+    [[nodiscard]] std::optional<QRegion> pointerShape() const;
 
     /// Makes the native window anew after somebody destroyed it.
     void replaceNativeWindow();

@@ -166,6 +166,7 @@ void X11Panel::nativeWindowChanged()
     m_pixels.reset();
     m_opacity.reset();
     m_shape.reset();
+    m_pointerShape.reset();
     if (native == 0) {
         return;
     }
@@ -261,14 +262,23 @@ void X11Panel::syncShape()
     if (m_native == 0) {
         return;
     }
+    const double scale = m_window->devicePixelRatio();
+    const auto toPixels = QTransform::fromScale(scale, scale);
     std::optional<QRegion> shape;
     if (m_stage.translucency() == Translucency::unavailable) {
-        const double scale = m_window->devicePixelRatio();
-        shape = QTransform::fromScale(scale, scale).map(m_window->contentShape());
+        shape = toPixels.map(m_window->contentShape());
     }
     if (shape != m_shape) {
-        m_stage.server().setShape(m_native, shape);
+        m_stage.server().setShape(m_native, PanelServer::Cut::whatIsSeen, shape);
         m_shape = shape;
+    }
+    std::optional<QRegion> pointerShape = m_window->pointerShape();
+    if (pointerShape) {
+        pointerShape = toPixels.map(*pointerShape);
+    }
+    if (pointerShape != m_pointerShape) {
+        m_stage.server().setShape(m_native, PanelServer::Cut::whatGetsThePointer, pointerShape);
+        m_pointerShape = pointerShape;
     }
 }
 

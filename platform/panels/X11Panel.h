@@ -77,6 +77,7 @@ private:
     std::optional<QRect> m_pixels;
     std::optional<double> m_opacity;
     std::optional<QRegion> m_shape;
+    std::optional<QRegion> m_pointerShape;
     /// While the panel has the focus for want of a tap.
     std::optional<FocusLoan> m_focus;
 };
