@@ -41,7 +41,16 @@ void OwnWindowTraces::left(xcb_window_t window, Clock::time_point now)
     m_standing.erase(standing);
 }
 
-QRegion OwnWindowTraces::region(Clock::time_point now, int margin) const
+QRegion OwnWindowTraces::standingRegion() const
+{
+    QRegion region;
+    for (const auto &[window, frame] : m_standing) {
+        region += frame;
+    }
+    return region;
+}
+
+QRegion OwnWindowTraces::suspectRegion(Clock::time_point now, int margin) const
 {
     QRegion region;
     for (const auto &[window, frame] : m_standing) {

@@ -37,8 +37,12 @@ public:
     /// Windows that are on the screen now, and where.
     [[nodiscard]] const std::map<xcb_window_t, QRect> &standing() const { return m_standing; }
 
-    /// All places, each enlarged by `margin` pixels, at which a window of ours may be seen.
-    [[nodiscard]] QRegion region(Clock::time_point now, int margin) const;
+    /// All places at which a window of ours is.
+    [[nodiscard]] QRegion standingRegion() const;
+
+    /// All places, each enlarged by `margin` pixels, at which a window of ours may be seen while a compositing manager
+    /// runs.
+    [[nodiscard]] QRegion suspectRegion(Clock::time_point now, int margin) const;
 
 private:
     struct Trace {

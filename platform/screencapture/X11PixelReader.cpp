@@ -1,7 +1,9 @@
 #include "platform/screencapture/X11PixelReader.h"
 
+#include "platform/screencapture/OpaquePixels.h"
 #include "platform/screencapture/SharedPixels.h"
 
+#include <QCoroFuture>
 #include <QSysInfo>
 
 #include <algorithm>
@@ -80,23 +82,6 @@ bool canShareMemory(const X11Connection &connection)
     return version && ((*version)->major_version > 1 || (*version)->minor_version >= 2);
 }
 
-/// The byte beside the colours is whatever the last program that drew there left in it, and the toolkit copies it into
-/// pictures that do have transparency.
-QImage madeOpaque(QImage image)
-{
-    if (image.format() != QImage::Format_RGB32) {
-        return image.convertToFormat(QImage::Format_RGB32);
-    }
-    constexpr std::uint32_t opaque = 0xff000000;
-    for (int y = 0; y < image.height(); ++y) {
-        auto *line = reinterpret_cast<std::uint32_t *>(image.scanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            line[x] |= opaque;
-        }
-    }
-    return image;
-}
-
 PlatformError unreadableLayout()
 {
     return {.domain = QString::fromLatin1(x11ErrorDomain), .code = XCB_MATCH, .description = u"unknown pixel layout"_s};
@@ -172,7 +157,7 @@ QCoro::Task<X11PixelReader::Result> X11PixelReader::readShared(X11Connection &co
     if (!answer) {
         co_return tl::unexpected(answer.error());
     }
-    co_return madeOpaque(SharedPixels::intoImage(std::move(memory), part.size(), bytesPerLine, layout.format));
+    co_return co_await madeOpaque(SharedPixels::intoImage(std::move(memory), part.size(), bytesPerLine, layout.format));
 }
 
 QCoro::Task<X11PixelReader::Result> X11PixelReader::readBands(X11Connection &connection, PixelLayout layout,
@@ -228,7 +213,7 @@ QCoro::Task<X11PixelReader::Result> X11PixelReader::readBands(X11Connection &con
     if (error) {
         co_return tl::unexpected(*error);
     }
-    co_return madeOpaque(std::move(image));
+    co_return co_await madeOpaque(std::move(image));
 }
 
 } // namespace lumenfold

@@ -220,8 +220,10 @@ QCoro::Task<tl::expected<QImage, PlatformError>> X11ScreenshotManager::readPixel
             co_return tl::unexpected(cancelled());
         }
         plan.isBlended = compositor && (*compositor)->owner != XCB_NONE;
-        own = state->traces.region(OwnWindowTraces::Clock::now(), plan.isBlended ? shadowReach : 0)
-                  .intersected(plan.source.intersected(plan.screen));
+        // Without one, a window is gone from the screen when it is unmapped.
+        own = plan.isBlended ? state->traces.suspectRegion(OwnWindowTraces::Clock::now(), shadowReach)
+                             : state->traces.standingRegion();
+        own &= plan.source.intersected(plan.screen);
     }
     if (own.isEmpty() && plan.screen.contains(plan.source)) {
         co_return co_await state->reader.read(state->connection.root(), plan.source);

@@ -14,7 +14,7 @@ constexpr QRect high(0, 100, 100, 80);
 
 class OwnWindowTracesTest : public ::testing::Test {
 protected:
-    [[nodiscard]] QRegion region(int margin = 0) const { return traces.region(now, margin); }
+    [[nodiscard]] QRegion region(int margin = 0) const { return traces.suspectRegion(now, margin); }
 
     OwnWindowTraces traces;
     OwnWindowTraces::Clock::time_point now{1h};
@@ -32,6 +32,7 @@ TEST_F(OwnWindowTracesTest, HoldsWindowsThatStand)
     traces.appeared(pill, high);
     now += 1h;
     EXPECT_EQ(region(), QRegion(low) + QRegion(high));
+    EXPECT_EQ(traces.standingRegion(), region());
     EXPECT_EQ(region(10), QRegion(low.adjusted(-10, -10, 10, 10)) + QRegion(high.adjusted(-10, -10, 10, 10)));
 }
 
@@ -39,6 +40,7 @@ TEST_F(OwnWindowTracesTest, HoldsAWindowForASecondAfterItLeft)
 {
     traces.appeared(card, low);
     traces.left(card, now);
+    EXPECT_TRUE(traces.standingRegion().isEmpty());
     now += 999ms;
     EXPECT_EQ(region(), QRegion(low));
     now += 1ms;
