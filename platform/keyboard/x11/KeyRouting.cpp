@@ -273,7 +273,7 @@ void KeyRouting::passOn(xcb_keycode_t keycode)
     m_taken.reset(keycode);
     m_hold = Hold::none;
     if (m_taps.wantsWholeKeyboard()) {
-        tryToHoldKeyboard();
+        beginToHoldKeyboard();
     }
     if (m_hold == Hold::none) {
         // The server repeats only the key that was pressed last, and that one is not ours any more.
@@ -310,8 +310,7 @@ void KeyRouting::updateHold()
     }
     if (m_taps.wantsWholeKeyboard()) {
         if (m_hold != Hold::keyboard && !m_holdRetryAt) {
-            m_holdRetryEnd = Clock::now() + holdRetryTime;
-            tryToHoldKeyboard();
+            beginToHoldKeyboard();
         }
         return;
     }
@@ -322,6 +321,12 @@ void KeyRouting::updateHold()
         m_taken.reset();
         m_passed.reset();
     }
+}
+
+void KeyRouting::beginToHoldKeyboard()
+{
+    m_holdRetryEnd = Clock::now() + holdRetryTime;
+    tryToHoldKeyboard();
 }
 
 void KeyRouting::tryToHoldKeyboard()

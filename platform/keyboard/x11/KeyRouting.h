@@ -94,6 +94,7 @@ private:
     void forgetReplayed(const KeySet &released);
 
     void updateHold();
+    void beginToHoldKeyboard();
     void tryToHoldKeyboard();
     void takeOverKeyboard();
     [[nodiscard]] bool isAnyKeyTaken() const;

@@ -2,6 +2,7 @@
 
 #include "platform/keyboard/HotKeyService.h"
 #include "platform/keyboard/KeyEventTap.h"
+#include "platform/keyboard/x11/GrabFocusFilter.h"
 #include "platform/keyboard/x11/KeyRouting.h"
 #include "platform/keyboard/x11/KeyboardConnection.h"
 #include "platform/keyboard/x11/RouterMailbox.h"
@@ -46,6 +47,7 @@ private:
     RouterMailbox m_mailbox;
     TapChain m_taps;
     std::atomic<bool> m_isConnected = true;
+    GrabFocusFilter m_focusFilter;
     /// Lives on the main thread; what is queued for the main thread goes with it.
     std::unique_ptr<QObject> m_mainThread;
     std::unique_ptr<QThread> m_thread;
