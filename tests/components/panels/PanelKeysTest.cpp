@@ -1,5 +1,7 @@
 #include "tests/components/panels/PanelDesk.h"
 
+#include "platform/keyboard/x11/X11KeyboardRouter.h"
+
 #include "tests/support/desktop/Input.h"
 #include "tests/support/unit/LogWatch.h"
 
@@ -72,6 +74,55 @@ TEST_F(PanelKeysTest, aPanelThatGoesLetsTheKeysGo)
     panel->makeKey();
     panel.reset();
     EXPECT_EQ(m_taps.openTaps(), 0U);
+}
+
+/// With the program's own keyboard router in place of the fake.
+class PanelKeysOnServerTest : public PanelKeysTest, public ::testing::WithParamInterface<WindowManagerKind> {
+protected:
+    PanelKeysOnServerTest()
+    {
+        m_factory = std::make_unique<X11PanelFactory>(
+            x11::X11Connection::open(), X11PanelFactory::Surroundings{.taps = m_router->taps(), .screens = *m_screens});
+    }
+
+    std::unique_ptr<x11::X11KeyboardRouter> m_router = x11::X11KeyboardRouter::start();
+};
+
+INSTANTIATE_TEST_SUITE_P(WindowManagers, PanelKeysOnServerTest,
+                         ::testing::Values(WindowManagerKind::none, WindowManagerKind::openbox,
+                                           WindowManagerKind::xfwm4, WindowManagerKind::i3));
+
+TEST_P(PanelKeysOnServerTest, escapeReachesTheKeyPanelWhileTheFrontWindowKeepsItsFocus)
+{
+    startWindowManager(GetParam());
+    TestWindow window(server(), {.frame = {400, 100, 300, 200}});
+    window.focus();
+    const auto panel = showKeyPanel({60, 60, 120, 90});
+    panel->makeKey();
+    window.forgetInput();
+    Keyboard keyboard(server().display());
+    // The router holds the keyboard when it gets to it, which another thread does: strike by strike until then.
+    EXPECT_TRUE(waitFor([&] {
+        const auto before = window.keyPresses().size();
+        keyboard.press("a");
+        EXPECT_TRUE(waitFor([&] { return !m_keys.empty() || window.keyPresses().size() > before; }));
+        return !m_keys.empty();
+    }));
+    const auto strayed = window.keyPresses().size();
+    keyboard.press("Escape");
+    keyboard.press("a");
+    EXPECT_TRUE(waitFor([&] { return m_keys.size() == 3; }));
+    EXPECT_THAT(m_keys, ElementsAre(letterA, escapeKey, letterA));
+    EXPECT_EQ(window.keyPresses().size(), strayed);
+    EXPECT_TRUE(window.hasFocus());
+    EXPECT_EQ(window.focusLosses(), 0);
+
+    panel->orderOut();
+    m_keys.clear();
+    EXPECT_TRUE(waitFor([&] {
+        keyboard.press("Escape");
+        return window.keyPresses().size() > strayed;
+    }));
 }
 
 class PanelKeysWithoutTapTest : public PanelKeysTest, public ::testing::WithParamInterface<WindowManagerKind> {};

@@ -159,6 +159,33 @@ TEST_F(PanelTransparencyTest, withoutCompositorTheViewSaysWhatItPaints)
     }));
 }
 
+TEST_F(PanelTransparencyTest, withoutCompositorTheShapeFollowsTheViewsPainting)
+{
+    class Growing : public ColouredView, public PanelContentShape {
+    public:
+        Growing() : ColouredView(Qt::red) {}
+        QRegion opaqueShape() const override { return shape; }
+        QRegion shape{10, 10, 50, 40};
+    };
+    const auto panel = makePanel(frame, {.title = u"growing"_s});
+    auto view = std::make_unique<Growing>();
+    Growing *growing = view.get();
+    panel->setContentView(std::move(view));
+    panel->orderFrontRegardless();
+    const auto isCutTo = [&](const QRect &points) {
+        return waitFor([&] {
+            settle();
+            return shapeOf(windowOf(u"growing"_s)) ==
+                   QRegion(QRect(points.topLeft() * scale(), points.size() * scale()));
+        });
+    };
+    EXPECT_TRUE(isCutTo({10, 10, 50, 40}));
+    growing->shape = QRegion(0, 0, 120, 100);
+    growing->update();
+    EXPECT_TRUE(isCutTo({0, 0, 120, 100}));
+    EXPECT_TRUE(becomes({frame.x + 100, frame.maxY() - 90}, Qt::red));
+}
+
 TEST_F(PanelTransparencyTest, withoutCompositorAnInvisiblePanelIsHidden)
 {
     const QImage before = screenAt(frame);
