@@ -79,7 +79,7 @@ void capture(Desktop &desktop, const QDir &folder)
     require(differingPixels(picture, before) == 0, "the captured picture is not what stood on the screen");
     require(cards.first().frame.intersects(differingRegion(before, after)), "the card cannot be seen on the screen");
     require(window.hasFocus(), "the window in front lost the keyboard");
-    require(desktop.quitProgram() == Process::Exit{}, "LumenFold did not end in order");
+    require(desktop.quitProgram() == Process::Exit{.status = 0}, "LumenFold did not end in order");
     std::printf("LumenFold ran on a virtual desktop, and Super+Alt+1 captured it:\n"
                 "  %s (%d x %d, as it stood on the clipboard)\n"
                 "  %s (the desktop afterwards, with the card)\n",

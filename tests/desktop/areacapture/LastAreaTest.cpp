@@ -53,7 +53,7 @@ TEST_F(LastArea, SurvivesARestart)
     desktop.waitForOverlays({m_wholeScreen});
     desktop.pointer().drag({400, 100}, {700, 300});
     desktop.waitForClipboard();
-    EXPECT_EQ(desktop.quitProgram(), Process::Exit{});
+    EXPECT_EQ(desktop.quitProgram(), Process::Exit{.status = 0});
 
     desktop.startProgram();
     // Cards of the last run may be back; they are not in pictures.
