@@ -96,6 +96,16 @@ TEST_F(CardCallbacksTest, aCardIsReleasedOnlyAfterItsPanelHasFinished)
     EXPECT_TRUE(leaving.expired());
 }
 
+TEST_F(CardCallbacksTest, aDismissedCardThatSomebodyHoldsIsOffTheScreen)
+{
+    showCards(1);
+    const CardPointer held = card(u"1"_s);
+
+    model(u"1"_s).onDismiss();
+    queue.advance(180ms);
+    EXPECT_FALSE(held->panel->isVisible());
+}
+
 TEST_F(CardCallbacksTest, pinningLeavesTheCardAndAddsAPinnedOneOfItsImage)
 {
     const Image image = picture(8, 6);

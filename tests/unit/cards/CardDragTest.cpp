@@ -88,6 +88,18 @@ TEST_F(CardDragTest, aPinnedCardIsResizedInItsOwnProportions)
     EXPECT_EQ(store.calls, QStringList({u"manifest"_s}));
 }
 
+TEST_F(CardDragTest, theNextResizeStartsFromWhereTheLastOneEnded)
+{
+    showPinned();
+    PreviewModel &dragged = model(u"pinned"_s);
+    dragged.onResizeDragBegan(PreviewResizeCorner::topRight);
+    dragged.onResizeDragChanged(PreviewResizeCorner::topRight, {100, 50});
+    dragged.onResizeDragEnded();
+
+    dragged.onResizeDragChanged(PreviewResizeCorner::topRight, {100, 50});
+    EXPECT_THAT(panel(u"pinned"_s).frame(), RectNear(Rect{300, 200, 504, 304}));
+}
+
 TEST_F(CardDragTest, aStackCardIsResizedAtFourToThree)
 {
     showCards(1);

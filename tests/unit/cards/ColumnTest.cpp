@@ -137,6 +137,7 @@ TEST_F(ColumnTest, aCardBroughtToTheFrontBecomesTheNewest)
     EXPECT_EQ(ids(), QStringList({u"2"_s, u"3"_s, u"1"_s}));
     EXPECT_THAT(columnFrames(), ElementsAre(slotFrame(0), slotFrame(1), slotFrame(2)));
     EXPECT_EQ(stacking(), QStringList({u"2"_s, u"3"_s, u"1"_s}));
+    EXPECT_FALSE(controller->isDeckRevealed());
 }
 
 TEST_F(ColumnTest, bringingTheFrontCardToTheFrontChangesNothing)
@@ -259,6 +260,16 @@ TEST_F(ColumnTest, thePointerIsWatchedWhileThereIsAColumn)
     model(u"2"_s).onDismiss();
     EXPECT_THAT(monitors.globalMasks(), IsEmpty());
     EXPECT_THAT(monitors.localMasks(), IsEmpty());
+}
+
+TEST_F(ColumnTest, aPinnedCardIsNoReasonToGoOnWatching)
+{
+    showCards(1);
+    model(u"1"_s).onPinRequested();
+
+    model(u"1"_s).onDismiss();
+    EXPECT_THAT(controller->cards(), SizeIs(1));
+    EXPECT_THAT(monitors.globalMasks(), IsEmpty());
 }
 
 TEST_F(ColumnTest, thePointerIsNotWatchedForPinnedCards)
