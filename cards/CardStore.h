@@ -23,7 +23,8 @@ struct PersistedCard {
 };
 
 /// Keeps the cards for the next run. Main thread. Best effort: no failure is reported. Saving returns at once, also
-/// while the image's bytes are still being made.
+/// while the image's bytes are still being made; calls about one id take effect in the order in which they are made, so
+/// that an image saved under the id of a card that was just dismissed stays.
 class CardStore {
 public:
     CardStore() = default;
