@@ -39,7 +39,8 @@ struct KeyEvent {
     std::uint32_t keyCode = 0;
     std::uint64_t flags = 0;
     bool isAutorepeat = false;
-    /// What the key types in the active layout with no modifier held; nothing for keys that type nothing.
+    /// What the key types in the active layout with no modifier held. A key that types nothing gives what stands on it
+    /// ("F5", "↖") where it is one that shortcuts use, and nothing otherwise.
     std::optional<QString> charactersIgnoringModifiers;
 };
 
