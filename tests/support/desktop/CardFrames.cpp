@@ -40,7 +40,12 @@ QRect CardColumn::windowOf(double left, double bottom, double width, double heig
 {
     const double pixelsLeft = workArea.left() + (left - hitMargin) * scale;
     const double pixelsTop = workArea.top() + workArea.height() - (bottom + height + hitMargin) * scale;
-    return QRectF(pixelsLeft, pixelsTop, (width + 2 * hitMargin) * scale, (height + 2 * hitMargin) * scale).toRect();
+    // Each edge stands at its nearest pixel; a rounded size would put the far edges elsewhere.
+    const auto nearest = [](double edge) { return static_cast<int>(std::floor(edge + 0.5)); };
+    const QPoint topLeft(nearest(pixelsLeft), nearest(pixelsTop));
+    const QPoint beyond(nearest(pixelsLeft + (width + 2 * hitMargin) * scale),
+                        nearest(pixelsTop + (height + 2 * hitMargin) * scale));
+    return {topLeft, beyond - QPoint(1, 1)};
 }
 
 } // namespace lumenfold::test

@@ -68,6 +68,8 @@ void Desktop::startProgram()
             return isGrabbed(one, superAlt) && isGrabbed(three, superAlt);
         },
         std::chrono::seconds(30));
+    // An earlier run let go of the clipboard when it ended.
+    m_clipboardChangesSeen = m_clipboard->ownerChanges();
 }
 
 Process::Exit Desktop::quitProgram()

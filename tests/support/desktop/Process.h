@@ -34,7 +34,7 @@ class Process {
 public:
     struct Exit {
         /// The status that the program returned; -1 when a signal ended it.
-        int status = -1;
+        int status = 0;
         /// 0 when the program ended by itself.
         int signal = 0;
 
