@@ -100,8 +100,11 @@ TEST_P(CardStack, IsThereOnEveryWorkspace)
     desktop.waitForPanels(1);
     const QImage withCard = desktop.waitForStillPicture();
 
+    // Window managers announce the workspace in the middle of the screen.
+    const QRect card = CardColumn().slot(0) & QRect(QPoint(0, 0), desktop.server().size());
     desktop.windowManager().showWorkspace(1);
-    EXPECT_TRUE(samePicture(desktop.waitForStillPicture(), withCard));
+    desktop.waitForStillPicture();
+    EXPECT_TRUE(samePicture(desktop.picture(card), withCard.copy(card)));
     ASSERT_EQ(desktop.panels().size(), 1);
     EXPECT_EQ(desktop.panels().first().frame, CardColumn().slot(0));
 }

@@ -37,7 +37,9 @@ const QByteArray plainCompositor = "backend = \"xrender\"; vsync = false; shadow
 const QByteArray fadingCompositor = "backend = \"xrender\"; vsync = false; shadow = true; fading = true;\n"
                                     "fade-in-step = 0.03; fade-out-step = 0.03; fade-delta = 5;\n";
 
-const QByteArray i3Configuration = "font pango:monospace 8\n"
+// Without its first line i3 takes it for a file of an old version and puts a bar into it.
+const QByteArray i3Configuration = "# i3 config file (v4)\n"
+                                   "font pango:monospace 8\n"
                                    "default_border none\n"
                                    "default_floating_border none\n"
                                    "focus_on_window_activation focus\n";
