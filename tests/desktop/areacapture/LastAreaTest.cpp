@@ -74,6 +74,7 @@ TEST_F(LastArea, ACancelledSelectionLeavesItAlone)
     desktop.press("Super+Alt+2");
     desktop.waitForOverlays({m_wholeScreen});
     desktop.press("Escape");
+    desktop.waitForOverlays({});
     desktop.waitForPanels(1);
     desktop.press("Super+Alt+3");
     desktop.waitForClipboard();

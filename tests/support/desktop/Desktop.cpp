@@ -204,6 +204,23 @@ QList<WindowInfo> Desktop::waitForPanels(int count)
     return now;
 }
 
+bool Desktop::isKeyboardHeld() const
+{
+    // As in isGrabbed.
+    xcb_connection_t *xcb = connection().get();
+    xcb_grab_server(xcb);
+    const Reply<xcb_grab_keyboard_reply_t> attempt(xcb_grab_keyboard_reply(
+        xcb, xcb_grab_keyboard(xcb, 0, connection().root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+        nullptr));
+    const bool held = attempt && attempt->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+    if (attempt && attempt->status == XCB_GRAB_STATUS_SUCCESS) {
+        xcb_ungrab_keyboard(xcb, XCB_CURRENT_TIME);
+    }
+    xcb_ungrab_server(xcb);
+    connection().sync();
+    return held;
+}
+
 void Desktop::waitForOverlays(const QList<QRect> &frames)
 {
     constexpr QSize smallerThanAnyScreen(600, 600);
@@ -218,6 +235,10 @@ void Desktop::waitForOverlays(const QList<QRect> &frames)
         }
         return found.size() == frames.size() &&
                std::all_of(frames.begin(), frames.end(), [&](const QRect &frame) { return found.contains(frame); });
+    });
+    waitUntil("the selection to have the keyboard", [&] {
+        return frames.isEmpty() || isKeyboardHeld() ||
+               processOf(connection(), connection().focusedWindow()) == m_program->pid();
     });
 }
 

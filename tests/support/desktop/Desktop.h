@@ -98,7 +98,10 @@ public:
     /// Returns when there are exactly as many panels and none has moved for a moment.
     QList<WindowInfo> waitForPanels(int count);
 
-    /// Returns when the program's windows that cover whole screens are exactly these; root pixels.
+    /// True when a program holds the whole keyboard.
+    [[nodiscard]] bool isKeyboardHeld() const;
+    /// Returns when the program's windows that cover whole screens are exactly these (root pixels) and, if there are
+    /// any, the program gets the keys.
     void waitForOverlays(const QList<QRect> &frames);
     /// Another one in place of the present one.
     void setCompositor(CompositorKind kind);
