@@ -86,6 +86,8 @@ struct X11ScreenshotManager::State {
             (void)connection.reply(xcb_composite_query_version_reply,
                                    xcb_composite_query_version(connection.xcb(), 0, 4));
             xcb_composite_redirect_subwindows(connection.xcb(), connection.root(), XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+            // From now on, not from the event loop's first rest: what is covered before that is lost.
+            xcb_flush(connection.xcb());
         }
     }
 

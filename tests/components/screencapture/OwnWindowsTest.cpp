@@ -83,6 +83,18 @@ TEST_P(OwnWindowsTest, AreLeftOutRightAfterTheyWereHidden)
     EXPECT_TRUE(samePicture(takeMain(), known));
 }
 
+TEST_P(OwnWindowsTest, AreLeftOutRightAfterTheyWereShown)
+{
+    // The toolkit has sent the request, but nobody has seen the window yet.
+    const auto own = showOwnWindow(place, Qt::red);
+    for (int round = 0; round < 20; ++round) {
+        own->hide();
+        ASSERT_TRUE(waitFor([&] { return traces().standing().empty(); }));
+        own->show();
+        ASSERT_TRUE(samePicture(takeMain(), known)) << "round " << round;
+    }
+}
+
 TEST_P(OwnWindowsTest, AreLeftOutAllTheWayOfAFadeOut)
 {
     const auto own = showOwnWindow(place, Qt::red);
