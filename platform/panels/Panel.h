@@ -3,6 +3,7 @@
 #include "platform/geometry/Geometry.h"
 #include "platform/keyboard/KeyEvent.h"
 
+#include <QColor>
 #include <QString>
 
 #include <chrono>
@@ -34,6 +35,10 @@ struct PanelOptions {
     PanelConstraint constraint = PanelConstraint::constrained;
     /// The transparent band around the visible content, in points: what of the panel is not "the window" to the eye.
     double transparentMargin = 0;
+    /// What the panel shows from the moment it is ordered front until its view has been painted, which then takes a
+    /// moment longer: for large panels that begin in one colour and cannot wait for all their pixels. Clear when
+    /// absent; of no effect while windows do not blend.
+    std::optional<QColor> initialFill;
     /// Read out by assistive technology, and the window's title for whoever lists windows.
     QString title;
 

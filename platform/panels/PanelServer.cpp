@@ -39,11 +39,11 @@ void PanelServer::dress(xcb_window_t window, int transparentMargin)
     setCardinals(window, "_COMPTON_SHADOW", {0});
 }
 
-void PanelServer::setBackground(xcb_window_t window, Translucency translucency)
+void PanelServer::setBackground(xcb_window_t window, Translucency translucency, const QColor &fill)
 {
     if (translucency == Translucency::available) {
-        const std::uint32_t transparent = 0;
-        forgetOutcome(xcb_change_window_attributes_checked(m_connection, window, XCB_CW_BACK_PIXEL, &transparent));
+        const std::uint32_t pixel = qPremultiply(fill.rgba());
+        forgetOutcome(xcb_change_window_attributes_checked(m_connection, window, XCB_CW_BACK_PIXEL, &pixel));
     } else {
         const std::uint32_t none = XCB_BACK_PIXMAP_NONE;
         forgetOutcome(xcb_change_window_attributes_checked(m_connection, window, XCB_CW_BACK_PIXMAP, &none));

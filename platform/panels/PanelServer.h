@@ -3,6 +3,7 @@
 #include "platform/panels/PanelOrder.h"
 #include "platform/x11/X11Atoms.h"
 
+#include <QColor>
 #include <QRect>
 #include <QRegion>
 
@@ -28,9 +29,9 @@ public:
     /// of what is beneath, no entry in lists. `transparentMargin` is the invisible band around the content.
     void dress(xcb_window_t window, int transparentMargin);
 
-    /// What the server shows where the toolkit has not painted yet: nothing when windows blend, else what was on the
+    /// What the server shows where the toolkit has not painted yet: `fill` when windows blend, else what was on the
     /// screen before.
-    void setBackground(xcb_window_t window, Translucency translucency);
+    void setBackground(xcb_window_t window, Translucency translucency, const QColor &fill);
 
     /// Asks only for what differs from `present`.
     void place(xcb_window_t window, const std::optional<QRect> &present, const QRect &wanted);

@@ -4,12 +4,18 @@
 
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QTimer>
 #include <QWindow>
 
+#include <chrono>
 #include <cmath>
 
 namespace lumenfold {
 namespace {
+
+/// With these pixels on their way to the server, a compositing manager waits for longer than it needs to show the
+/// window's background.
+constexpr std::chrono::milliseconds paintingDelay{40};
 
 Qt::WindowFlags flagsFor(PanelKeyPolicy policy)
 {
@@ -81,6 +87,32 @@ std::optional<QRegion> PanelWindow::pointerShape() const
 {
     const auto *shaped = dynamic_cast<const PanelContentShape *>(m_content.data());
     return shaped != nullptr ? std::optional(shaped->pointerShape()) : std::nullopt;
+}
+
+void PanelWindow::showBeforePainting()
+{
+    setUpdatesEnabled(false);
+    if (m_content) {
+        m_content->installEventFilter(this);
+    }
+    show();
+    QTimer::singleShot(paintingDelay, this, &PanelWindow::startPainting);
+}
+
+void PanelWindow::startPainting()
+{
+    if (m_content) {
+        m_content->removeEventFilter(this);
+    }
+    setUpdatesEnabled(true);
+}
+
+bool PanelWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress) {
+        startPainting();
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void PanelWindow::replaceNativeWindow()

@@ -32,6 +32,10 @@ public:
     /// What gets the pointer, in this widget's coordinates; nothing: all of it, because the view does not say.
     [[nodiscard]] std::optional<QRegion> pointerShape() const;
 
+    /// Shows the window with the server's background alone. It is painted once that had the time to get onto the
+    /// screen, or when somebody presses a button on the content.
+    void showBeforePainting();
+
     /// Makes the native window anew after somebody destroyed it.
     void replaceNativeWindow();
 
@@ -45,11 +49,14 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    void startPainting();
+
     double m_transparentMargin;
     QPointer<QWidget> m_content;
 };

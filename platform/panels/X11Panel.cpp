@@ -136,7 +136,7 @@ bool X11Panel::advance(PanelMotion::TimePoint now, PanelMotion::Completions &com
 void X11Panel::translucencyChanged()
 {
     if (m_native != 0) {
-        m_stage.server().setBackground(m_native, m_stage.translucency());
+        syncBackground();
     }
     syncMapping();
     syncOpacity();
@@ -173,7 +173,7 @@ void X11Panel::nativeWindowChanged()
     const double margin = m_options.transparentMargin * scaleAt(m_stage.space(), frame());
     m_stage.windowAppeared(*this, native);
     m_stage.server().dress(native, static_cast<int>(std::lround(margin)));
-    m_stage.server().setBackground(native, m_stage.translucency());
+    syncBackground();
     if (m_visible) {
         m_stage.orderFront(native, m_options.level);
         m_stage.changed(*this);
@@ -217,7 +217,11 @@ void X11Panel::map()
     syncPlace();
     syncOpacity();
     syncShape();
-    m_window->show();
+    if (m_options.initialFill && m_stage.translucency() == Translucency::available) {
+        m_window->showBeforePainting();
+    } else {
+        m_window->show();
+    }
 }
 
 void X11Panel::unmap()
@@ -246,6 +250,11 @@ void X11Panel::syncPlace()
         m_stage.server().place(m_native, m_pixels, pixels);
         m_pixels = pixels;
     }
+}
+
+void X11Panel::syncBackground()
+{
+    m_stage.server().setBackground(m_native, m_stage.translucency(), m_options.initialFill.value_or(Qt::transparent));
 }
 
 void X11Panel::syncOpacity()

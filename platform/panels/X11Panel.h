@@ -60,6 +60,7 @@ private:
     void map();
     void unmap();
     void syncPlace();
+    void syncBackground();
     void syncOpacity();
     void syncShape();
 
