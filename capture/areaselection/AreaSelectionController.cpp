@@ -155,6 +155,8 @@ void AreaSelectionController::addOverlay(const Screen &screen, QImage backdrop)
     const PanelOptions options{.level = PanelLevel::screenSaver,
                                .keyPolicy = PanelKeyPolicy::mayBecomeKey,
                                .constraint = PanelConstraint::unconstrained,
+                               .initialFill =
+                                   backdrop.isNull() ? std::optional(SelectionView::dimming()) : std::nullopt,
                                .title = tr("LumenFold Area Selection")};
     std::unique_ptr<Panel> panel = m_panels.makePanel(options, screen.frame);
     panel->setContentView(makeView(screen, std::move(backdrop)));

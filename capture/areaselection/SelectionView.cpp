@@ -13,15 +13,9 @@
 namespace lumenfold {
 namespace {
 
-constexpr double dimmingAlpha = 0.35;
 constexpr double outlineWidth = 1.5;
 /// From the selection's top right corner to the label's bottom left one, in both directions.
 constexpr double labelDistance = 6;
-
-QColor dimming()
-{
-    return QColor::fromRgbF(0, 0, 0, static_cast<float>(dimmingAlpha));
-}
 
 /// The pixels that lie in `rect` with their whole width and height.
 QRect wholePixels(const QRectF &rect)
@@ -32,6 +26,11 @@ QRect wholePixels(const QRectF &rect)
 }
 
 } // namespace
+
+QColor SelectionView::dimming()
+{
+    return QColor::fromRgbF(0, 0, 0, 0.35F);
+}
 
 SelectionView::SelectionView(Options options)
     : m_screenSize(options.screenSize)

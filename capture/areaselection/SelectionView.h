@@ -4,6 +4,7 @@
 #include "capture/areaselection/SelectionLabel.h"
 #include "platform/geometry/Geometry.h"
 
+#include <QColor>
 #include <QImage>
 #include <QPointer>
 #include <QRegion>
@@ -33,6 +34,9 @@ public:
     };
 
     explicit SelectionView(Options options);
+
+    /// What lies over the screen, but for the selection.
+    [[nodiscard]] static QColor dimming();
 
     [[nodiscard]] const SelectionDrag &selection() const { return m_drag; }
 

@@ -110,6 +110,7 @@ TEST_F(AreaSelectionControllerTest, CoversEveryScreenAboveEverythingAndGivesTheL
         EXPECT_EQ(panel->options().keyPolicy, PanelKeyPolicy::mayBecomeKey);
         EXPECT_EQ(panel->options().constraint, PanelConstraint::unconstrained);
         EXPECT_FALSE(panel->options().title.isEmpty());
+        EXPECT_EQ(panel->options().initialFill, QColor::fromRgbF(0, 0, 0, 0.35F)) << "dimmed before it is painted";
         EXPECT_EQ(panel->cursor(), CursorShape::crosshair);
         EXPECT_EQ(panel->alpha(), 1);
     }
