@@ -37,6 +37,9 @@ int run(const Backend &backend, char *programName)
 {
     // A fraction of a pixel cannot be captured or placed, so scale factors are whole numbers.
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::Round);
+    // The desktop's theme would bring its whole toolkit into the process (GTK: 40 MB) for a program that draws its cards
+    // itself.
+    QGuiApplication::setDesktopSettingsAware(false);
     nameApplication();
 
     // The backend's platform, whatever QT_QPA_PLATFORM says: as an argument, because the environment is handed on to

@@ -133,7 +133,9 @@ void filterRow(const unsigned char *pixels, int width, Filter filter, ColorType 
 
 const std::vector<RowFilterVariant> &rowFilterVariants()
 {
-    static const std::vector<RowFilterVariant> variants = [] {
+    // Never destroyed: a program that ends while a picture is being encoded waits for the encoding after its statics
+    // began to go.
+    static const auto &variants = *new std::vector<RowFilterVariant>([] {
         std::vector<RowFilterVariant> runnable;
 #ifdef __x86_64__
         if (__builtin_cpu_supports("avx2")) {
@@ -149,7 +151,7 @@ const std::vector<RowFilterVariant> &rowFilterVariants()
 #endif
         runnable.push_back({"portable", &filterRow<filterNoBlocks, filterNoBlocks, filterNoBlocks, filterNoBlocks>});
         return runnable;
-    }();
+    }());
     return variants;
 }
 

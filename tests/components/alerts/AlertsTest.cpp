@@ -117,7 +117,8 @@ TEST_F(AlertsTest, TextsAreShownAsTheyAreAndReadOut)
         return label->text().contains(u"Settings → Something") && label->isVisible();
     }));
     EXPECT_FALSE(box->windowTitle().isEmpty());
-    EXPECT_TRUE(box->screen()->availableGeometry().contains(box->frameGeometry()));
+    // The window manager may still be placing it.
+    EXPECT_TRUE(waitFor([&] { return box->screen()->availableGeometry().contains(box->frameGeometry()); }));
     m_keyboard.press("Escape");
     EXPECT_EQ(chosen(), 1001);
 }

@@ -21,7 +21,17 @@ SmoothPointer *thePointer = nullptr;
 
 class SmoothScrollingTest : public ::testing::Test {
 protected:
-    SmoothScrollingTest() { QApplication::processEvents(); }
+    SmoothScrollingTest()
+    {
+        QApplication::processEvents();
+        waitUntilWatching();
+    }
+
+    /// The device speaks to the server by a way of its own, which may be quicker than what the monitor asks for.
+    void waitUntilWatching()
+    {
+        ASSERT_TRUE(m_connection->reply(xcb_get_input_focus_reply, xcb_get_input_focus(m_connection->xcb())));
+    }
 
     /// Waits for this many events, and a moment longer for one too many.
     void expectEvents(std::size_t count)
@@ -83,7 +93,7 @@ TEST_F(SmoothScrollingTest, nothingJumpsAfterScrollingThatNobodyWatched)
     std::vector<PointerEvent> events;
     const auto again = m_monitors.addGlobalMonitor(eventMask(PointerEventType::scrollWheel),
                                                    [&](const PointerEvent &event) { events.push_back(event); });
-    QApplication::sync();
+    waitUntilWatching();
     thePointer->scroll(0, 12);
     ASSERT_TRUE(waitFor([&] { return !events.empty(); }));
     EXPECT_DOUBLE_EQ(events.front().scrollingDeltaY, -pointsPerNotch / 10);

@@ -13,6 +13,7 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -208,6 +209,16 @@ TEST(ImageThreads, manyThreadsMayAskTheSamePicture)
         EXPECT_EQ(wrong, 0);
         EXPECT_EQ(QImage::fromData(image.pngData().value()), pixels);
     }
+}
+
+TEST(ImageThreadsDeathTest, dont_crash_whenTheProgramEndsWhileAPictureIsEncoded)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto endWhileEncoding = [] {
+        const Image image = Image::fromPixels(test::gradientPicture({3000, 2000}));
+        std::exit(0);
+    };
+    EXPECT_EXIT(endWhileEncoding(), ::testing::ExitedWithCode(0), "");
 }
 
 } // namespace
