@@ -37,8 +37,8 @@ int run(const Backend &backend, char *programName)
 {
     // A fraction of a pixel cannot be captured or placed, so scale factors are whole numbers.
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::Round);
-    // The desktop's theme would bring its whole toolkit into the process (GTK: 40 MB) for a program that draws its cards
-    // itself.
+    // The desktop's theme would bring its whole toolkit into the process (GTK: 40 MB) for a program that draws its
+    // cards itself.
     QGuiApplication::setDesktopSettingsAware(false);
     nameApplication();
 
