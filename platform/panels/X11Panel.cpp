@@ -218,6 +218,7 @@ void X11Panel::map()
     syncOpacity();
     syncShape();
     if (m_options.initialFill && m_stage.translucency() == Translucency::available) {
+        syncBackground();
         m_window->showBeforePainting();
     } else {
         m_window->show();
@@ -227,7 +228,8 @@ void X11Panel::map()
 void X11Panel::unmap()
 {
     if (m_stage.translucency() == Translucency::available) {
-        // A compositor that fades windows out goes on showing what was in them.
+        // A compositor that fades windows out goes on showing what was in them; the server erases to the background.
+        m_stage.server().setBackground(m_native, Translucency::available, Qt::transparent);
         m_stage.server().erase(m_native);
         m_stage.leftWithoutTrace(m_native);
     }
