@@ -29,12 +29,11 @@ PreviewModel::PreviewModel(const AppConfig &config, Options options)
 
 PreviewModel::~PreviewModel() = default;
 
-void PreviewModel::setStatus(const Status &status)
+void PreviewModel::setStatus(Status status)
 {
     if (status != m_status) {
-        const Status next = status;
-        Q_EMIT statusWillChange(next);
-        m_status = next;
+        Q_EMIT statusWillChange(status);
+        m_status = std::move(status);
     }
 }
 

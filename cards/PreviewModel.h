@@ -64,7 +64,7 @@ public:
     [[nodiscard]] const QString &editorSourceId() const { return m_editorSourceId; }
 
     [[nodiscard]] const Status &status() const { return m_status; }
-    void setStatus(const Status &status);
+    void setStatus(Status status);
 
     /// The visible card in points, without the hit margin around it. The column lays its cards out at the default size
     /// whatever this says.

@@ -112,7 +112,7 @@ void PanelMotion::stop(std::optional<Run<Value>> &run)
     }
 }
 
-void PanelMotion::arrive(Timing timing, Completions &completed)
+void PanelMotion::arrive(const Timing &timing, Completions &completed)
 {
     Group &group = *timing.group;
     if (--group.pending == 0 && !group.replaced && group.onCompleted) {

@@ -62,7 +62,7 @@ private:
 
     template <typename Value>
     static void stop(std::optional<Run<Value>> &run);
-    static void arrive(Timing timing, Completions &completed);
+    static void arrive(const Timing &timing, Completions &completed);
 
     Rect m_frame;
     double m_alpha = 1;

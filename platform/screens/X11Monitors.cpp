@@ -1,6 +1,7 @@
 #include "platform/screens/X11Monitors.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include <xcb/randr.h>
@@ -69,7 +70,7 @@ std::vector<X11Monitor> X11Monitors::read() const
         }
         monitors.push_back(std::move(named.monitor));
     }
-    std::ranges::stable_partition(monitors, &X11Monitor::isPrimary);
+    std::stable_partition(monitors.begin(), monitors.end(), std::mem_fn(&X11Monitor::isPrimary));
     return monitors;
 }
 

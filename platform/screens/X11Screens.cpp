@@ -7,6 +7,7 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace lumenfold {
@@ -56,7 +57,7 @@ std::vector<X11Monitor> monitorsOfTheToolkit()
                             .frame = QRect(screen->geometry().topLeft(), size),
                             .isPrimary = screen == QGuiApplication::primaryScreen()});
     }
-    std::ranges::stable_partition(monitors, &X11Monitor::isPrimary);
+    std::stable_partition(monitors.begin(), monitors.end(), std::mem_fn(&X11Monitor::isPrimary));
     return monitors;
 }
 
