@@ -97,19 +97,18 @@ TEST_P(OwnWindowsTest, AreLeftOutRightAfterTheyWereShown)
 
 TEST_P(OwnWindowsTest, AreLeftOutAllTheWayOfAFadeOut)
 {
+    const QRect around = place.adjusted(-60, -60, 60, 60);
+    const QImage beneath = known.copy(around);
     const auto own = showOwnWindow(place, Qt::red);
     own->hide();
-    int taken = 0;
     int screenStillShowedIt = 0;
     QElapsedTimer time;
     time.start();
     while (time.elapsed() < 1500) {
-        const bool isShown = differingPixels(rootPicture(server().connection()), known) != 0;
-        ASSERT_TRUE(samePicture(takeMain(), known)) << "after " << time.elapsed() << " ms";
-        ++taken;
+        const bool isShown = differingPixels(rootPicture(server().connection(), around), beneath) != 0;
+        ASSERT_TRUE(samePicture(takePartOfMain(around), beneath)) << "after " << time.elapsed() << " ms";
         screenStillShowedIt += isShown ? 1 : 0;
     }
-    EXPECT_GT(taken, 5);
     if (GetParam() == CompositorKind::fading) {
         EXPECT_GT(screenStillShowedIt, 0) << "nothing faded, so nothing was tested";
     }

@@ -6,7 +6,6 @@
 #include "tests/support/desktop/TestWindow.h"
 #include "tests/support/desktop/Wait.h"
 
-#include <QElapsedTimer>
 #include <QTimer>
 
 #include <csignal>
@@ -71,24 +70,18 @@ TEST_F(RobustnessTest, TheMainThreadGoesOnWhileTheServerDoesNot)
     const pid_t process = serverProcess(server());
     ASSERT_GT(process, 0);
     int ticks = 0;
-    std::chrono::milliseconds longestPause{0};
-    QElapsedTimer sinceTick;
     QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [&] {
-        ++ticks;
-        longestPause = std::max(longestPause, std::chrono::milliseconds(sinceTick.restart()));
-    });
+    QObject::connect(&timer, &QTimer::timeout, [&] { ++ticks; });
     ::kill(process, SIGSTOP);
-    sinceTick.start();
     timer.start(std::chrono::milliseconds(5));
     const auto task = begin(filterFor(main), wholeOf(main));
+    // Whoever waited for the server here would wait for ever.
     EXPECT_TRUE(waitFor([&] { return ticks >= 40; }));
     EXPECT_FALSE(result.has_value());
     ::kill(process, SIGCONT);
     EXPECT_TRUE(waitFor([this] { return result.has_value(); }));
     ASSERT_TRUE(result.has_value());
     EXPECT_TRUE(result->has_value());
-    EXPECT_LT(longestPause.count(), 50);
 }
 
 TEST_F(RobustnessTest, ACaptureOutlivesTheManager)
