@@ -7,9 +7,18 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <chrono>
+#include <iterator>
 #include <utility>
 
 namespace lumenfold {
+namespace {
+
+constexpr std::size_t goingPerTurn = 8;
+/// Between two turns, so that the event loop gets to everything else.
+constexpr std::chrono::milliseconds goingPause{1};
+
+} // namespace
 
 CardPanels::CardPanels(PanelFactory &factory, MainQueue &queue) : m_factory(factory), m_queue(queue) {}
 
@@ -97,6 +106,27 @@ void CardPanels::finishDeparture(Panel *panel)
         const Departure departure = std::move(*found);
         m_departures.erase(found);
     }
+}
+
+void CardPanels::letGo(std::vector<std::shared_ptr<void>> owners)
+{
+    std::ranges::move(owners, std::back_inserter(m_leftovers));
+    scheduleLettingGo();
+}
+
+void CardPanels::scheduleLettingGo()
+{
+    if (m_leftovers.empty() || std::exchange(m_isLettingGo, true)) {
+        return;
+    }
+    m_queue.after(goingPause, [self = QPointer(this)] {
+        if (self) {
+            self->m_isLettingGo = false;
+            const std::size_t left = self->m_leftovers.size();
+            self->m_leftovers.resize(left - std::min(left, goingPerTurn));
+            self->scheduleLettingGo();
+        }
+    });
 }
 
 } // namespace lumenfold

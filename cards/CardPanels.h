@@ -46,6 +46,10 @@ public:
     /// the panel and is let go afterwards, never inside a callback of the panel or of its view.
     void depart(Panel &panel, std::shared_ptr<void> owner, PanelAnimation animation);
 
+    /// Lets go of owners of panels that are not on screen, a few in each turn of the event loop: a window that goes
+    /// takes a moment.
+    void letGo(std::vector<std::shared_ptr<void>> owners);
+
 private:
     struct Departure {
         Panel *panel = nullptr;
@@ -53,6 +57,7 @@ private:
     };
 
     void finishDeparture(Panel *panel);
+    void scheduleLettingGo();
 
     PanelFactory &m_factory;
     MainQueue &m_queue;
@@ -60,6 +65,8 @@ private:
     /// The panels on screen, back to front, as they were ordered; those that depart are not among them.
     std::vector<Panel *> m_ordered;
     std::vector<Departure> m_departures;
+    std::vector<std::shared_ptr<void>> m_leftovers;
+    bool m_isLettingGo = false;
 };
 
 } // namespace lumenfold

@@ -19,8 +19,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto fadeInDuration = 180ms;
-constexpr auto fadeOutDuration = 180ms;
-constexpr auto slideOutDuration = 220ms;
 
 Rect centeredIn(const std::optional<Rect> &area, Size size)
 {
@@ -33,15 +31,35 @@ Rect centeredIn(const std::optional<Rect> &area, Size size)
 } // namespace
 
 PreviewWindowController::PreviewWindowController(const Collaborators &collaborators)
-    : m_with(collaborators), m_panels(collaborators.panels, collaborators.queue), m_tracking(collaborators.monitors)
+    : m_with(collaborators)
+    , m_panels(collaborators.panels, collaborators.queue)
+    , m_pills(collaborators.panels, collaborators.views, m_controlState)
+    , m_tracking(collaborators.monitors)
+    , m_undo(collaborators.queue)
 {
     connect(&m_with.screens, &Screens::changed, this, &PreviewWindowController::layout);
+    m_undo.onAvailabilityChanged = [this](bool available) {
+        if (onUndoAvailabilityChanged) {
+            onUndoAvailabilityChanged(available);
+        }
+    };
+    const auto ifAlive = [this](void (PreviewWindowController::*action)()) {
+        return [self = QPointer(this), action] {
+            if (self) {
+                (self.data()->*action)();
+            }
+        };
+    };
+    m_controlState.onToggle = ifAlive(&PreviewWindowController::toggleCollapse);
+    m_controlState.onClearAll = ifAlive(&PreviewWindowController::clearAll);
 }
 
 PreviewWindowController::~PreviewWindowController()
 {
-    if (m_coveredPanelsOut) {
-        m_coveredPanelsOut->cancel();
+    for (const auto &work : {m_coveredPanelsOut, m_nextRestored}) {
+        if (work) {
+            work->cancel();
+        }
     }
 }
 
@@ -109,25 +127,24 @@ void PreviewWindowController::persistManifest()
     }
     std::vector<PersistedCard> entries;
     entries.reserve(m_cards.size());
-    for (const CardPointer &card : m_cards) {
-        const bool isPinned = card->variant == PreviewCardVariant::pinned;
-        entries.push_back({.id = card->model->screenshotId(),
-                           .editorSourceId = card->model->editorSourceId(),
-                           .isPinned = isPinned,
-                           .frame = isPinned ? std::optional(card->panel->frame()) : std::nullopt});
-    }
+    forEachCard(
+        [&](const CardPointer &card) {
+            const bool isPinned = card->variant == PreviewCardVariant::pinned;
+            entries.push_back({.id = card->model->screenshotId(),
+                               .editorSourceId = card->model->editorSourceId(),
+                               .isPinned = isPinned,
+                               .frame = isPinned ? std::optional(card->panel->frame()) : std::nullopt});
+        },
+        [&](const DismissedCard &card) {
+            entries.push_back({.id = card.screenshotId, .editorSourceId = card.editorSourceId});
+        });
     m_with.store->writeManifest(entries);
-}
-
-bool PreviewWindowController::restoreLastDismissed()
-{
-    // No dismissal is recorded, so there is none to bring back.
-    return false;
 }
 
 void PreviewWindowController::setHiddenForCapture(bool hidden)
 {
     m_panels.setHidden(hidden);
+    m_pills.setHidden(hidden);
     if (hidden) {
         return;
     }
@@ -152,35 +169,11 @@ void PreviewWindowController::bringToFront(const CardPointer &card)
     if (card->variant != PreviewCardVariant::stack || !isShown(card) || stackCards().back() == card) {
         return;
     }
-    std::erase(m_cards, card);
+    remove(card);
     m_cards.push_back(card);
     m_isDeckRevealed = m_isCollapsed;
     layout();
     persistManifest();
-}
-
-void PreviewWindowController::dismiss(const CardPointer &card, DismissMotion motion)
-{
-    if (!isShown(card)) {
-        return;
-    }
-    std::erase(m_cards, card);
-    if (m_with.store) {
-        m_with.store->deleteImage(card->model->screenshotId());
-    }
-    PanelAnimation animation{.alpha = 0, .duration = fadeOutDuration, .curve = AnimationCurve::easeIn};
-    if (motion == DismissMotion::slideLeft) {
-        const Rect frame = card->panel->frame();
-        animation.frame = frame.offsetBy(-frame.width, 0);
-        animation.duration = slideOutDuration;
-    }
-    m_panels.depart(*card->panel, card, std::move(animation));
-
-    layout();
-    persistManifest();
-    if (stackCards().empty()) {
-        teardownColumnTracking();
-    }
 }
 
 bool PreviewWindowController::isShown(const CardPointer &card) const
@@ -213,6 +206,13 @@ PreviewWindowController::CardPointer PreviewWindowController::addPinnedCard(cons
 PreviewWindowController::CardPointer PreviewWindowController::addCard(PreviewModel::Options options,
                                                                       const std::optional<Rect> &frame)
 {
+    m_cards.push_back(makeCard(std::move(options), frame));
+    return m_cards.back();
+}
+
+PreviewWindowController::CardPointer PreviewWindowController::makeCard(PreviewModel::Options options,
+                                                                       const std::optional<Rect> &frame)
+{
     const auto model = std::make_shared<PreviewModel>(m_with.config, std::move(options));
     if (model->variant() == PreviewCardVariant::pinned && !frame) {
         model->lockSizeToImageRatio();
@@ -229,9 +229,18 @@ PreviewWindowController::CardPointer PreviewWindowController::addCard(PreviewMod
     card->variant = model->variant();
     card->panel = m_panels.makePanel(card->variant, frame.value_or(centered), m_with.views.makeCardView(model));
     card->model = model;
-    m_cards.push_back(card);
     wire(card);
     return card;
+}
+
+void PreviewWindowController::remove(const CardPointer &card)
+{
+    const auto found = std::ranges::find(m_cards, card);
+    const auto index = static_cast<std::size_t>(found - m_cards.begin());
+    m_cards.erase(found);
+    for (Restoring &restoring : m_restoring) {
+        restoring.position -= restoring.position > index ? 1 : 0;
+    }
 }
 
 void PreviewWindowController::presentStackCards(const std::vector<CardPointer> &added)
@@ -239,28 +248,35 @@ void PreviewWindowController::presentStackCards(const std::vector<CardPointer> &
     if (added.empty()) {
         return;
     }
-    m_isCollapsed = false;
-    m_isDeckRevealed = false;
+    setCollapsed(false);
+    placeStackCards(added);
+    ensureColumnTracking();
+}
+
+void PreviewWindowController::placeStackCards(const std::vector<CardPointer> &added)
+{
     const std::vector<CardPointer> stack = stackCards();
     const std::vector<StackTarget> targets = currentTargets(stack);
-    // What was just added stands at the end of the column.
-    for (std::size_t index = stack.size() - added.size(); index < stack.size(); ++index) {
+    // What was added at once stands together.
+    const auto first = static_cast<std::size_t>(std::ranges::find(stack, added.front()) - stack.begin());
+    for (std::size_t index = first; index < first + added.size(); ++index) {
         Card &card = *stack[index];
         const StackTarget &target = targets[index];
         card.model->setDeckBehind(target.isBehind);
         card.isCovered = target.isCovered;
         card.panel->setFrame(target.frame);
         card.layoutFrame = target.frame;
-        card.panel->setAlpha(0);
         if (!card.isCovered) {
+            card.panel->setAlpha(0);
             m_panels.orderFront(*card.panel);
         }
     }
     layout();
     for (const CardPointer &card : added) {
-        card->panel->animate({.alpha = 1, .duration = fadeInDuration});
+        if (!card->isCovered) {
+            card->panel->animate({.alpha = 1, .duration = fadeInDuration});
+        }
     }
-    ensureColumnTracking();
 }
 
 void PreviewWindowController::saveImages(const PreviewModel &model)

@@ -2,10 +2,14 @@
 
 #include "cards/CardOptions.h"
 #include "cards/CardPanels.h"
+#include "cards/ColumnGesture.h"
+#include "cards/ColumnPills.h"
 #include "cards/ColumnTracking.h"
 #include "cards/PreviewCardVariant.h"
 #include "cards/PreviewModel.h"
+#include "cards/StackControlState.h"
 #include "cards/StackGeometry.h"
+#include "cards/UndoStack.h"
 #include "platform/geometry/Geometry.h"
 #include "platform/image/Image.h"
 #include "platform/panels/Panel.h"
@@ -34,6 +38,9 @@ enum class DismissMotion {
     /// To the left by its panel's width, fading.
     slideLeft,
 };
+
+/// Whether the user can bring a card that is dismissed back.
+enum class RecordUndo { no, yes };
 
 /// Owns every card on screen: the column of stack cards at the bottom left of the main screen, which may be collapsed
 /// into a deck, and the pinned cards that float freely. One for the whole program; main thread.
@@ -84,7 +91,8 @@ public:
     void restore();
     /// Writes the list of cards to the store.
     void persistManifest();
-    /// Brings the cards of the last dismissal back; false when there is nothing to bring back.
+    /// Brings the cards of the last dismissal back, with their ids, images and, if pinned, frames; false when there is
+    /// nothing to bring back. Of many cards those that will be seen come at once, the others little by little.
     bool restoreLastDismissed();
 
     /// Collapses an expanded column that has cards; expands a collapsed one.
@@ -106,7 +114,13 @@ public:
     void bringToFront(const CardPointer &card);
 
     /// Removes the card and its stored images; nothing for a card that is not shown.
-    void dismiss(const CardPointer &card, DismissMotion motion);
+    void dismiss(const CardPointer &card, DismissMotion motion, RecordUndo recordUndo);
+
+    /// Removes all cards of the column in one step that can be undone; nothing when there are fewer than two.
+    void clearAll();
+
+    /// What the pills beside the column show and report.
+    [[nodiscard]] StackControlState &controlState() { return m_controlState; }
 
     /// Told whether a dismissal can be undone, whenever that may have changed. May be empty.
     std::function<void(bool available)> onUndoAvailabilityChanged;
@@ -114,26 +128,56 @@ public:
 private:
     [[nodiscard]] bool isShown(const CardPointer &card) const;
 
+    /// Cards of one group that are still to be made again, and where they belong.
+    struct Restoring {
+        /// The oldest first; the newest is made next.
+        UndoStack::Group remaining;
+        /// They stand before m_cards[position].
+        std::size_t position = 0;
+    };
+
     CardPointer addStackCard(const Image &image, const ShowOptions &options);
     CardPointer addPinnedCard(const Image &image, const PinnedCardOptions &options);
-    /// `frame` is the panel's; absent, the panel stands centred on the main screen.
+    /// As the newest. `frame` is the panel's; absent, the panel stands centred on the main screen.
     CardPointer addCard(PreviewModel::Options options, const std::optional<Rect> &frame);
-    /// Puts cards that were just added to the column into their places and fades them in.
+    [[nodiscard]] CardPointer makeCard(PreviewModel::Options options, const std::optional<Rect> &frame);
+    /// Takes the card out of the order; nothing else.
+    void remove(const CardPointer &card);
+    /// Expands the column and puts cards that were just added to it into their places.
     void presentStackCards(const std::vector<CardPointer> &added);
+    /// Puts them into their places and fades in what of them can be seen.
+    void placeStackCards(const std::vector<CardPointer> &added);
     void saveImages(const PreviewModel &model);
 
+    void bringBack(UndoStack::Group group);
+    void bringBackOne(const DismissedCard &dismissed);
+    std::vector<CardPointer> makeNewestAgain(Restoring &restoring, std::size_t count);
+    void scheduleNextRestored();
+    /// Every card in its order, those that are still to be made again included: calls one or the other for each.
+    void forEachCard(const std::function<void(const CardPointer &)> &shown,
+                     const std::function<void(const DismissedCard &)> &awaited) const;
+
     [[nodiscard]] std::vector<StackTarget> currentTargets(const std::vector<CardPointer> &stack) const;
+    [[nodiscard]] StackState stackState(std::size_t count) const;
     void layout();
     void sendToTarget(Card &card, const StackTarget &target);
     /// Sets the frame of the card's panel at once, as against the layout's sliding.
     static void place(Card &card, const Rect &frame);
     void scheduleCoveredPanelsOut();
 
+    /// Collapsed, the deck peeks. Says so to the pills, and lays nothing out.
+    void setCollapsed(bool collapsed);
     void collapse();
     void expand();
     void ensureColumnTracking();
     void teardownColumnTracking();
+    void positionPills();
+    void bringPillsToFront();
     void handleColumnEvent(const PointerEvent &event);
+    void handleHover(bool isInside);
+    void handleScroll(const PointerEvent &event);
+    /// The newest card whose visible part holds the pointer; null when there is none.
+    [[nodiscard]] CardPointer stackCardAt(Point location) const;
 
     void wire(const CardPointer &card);
     void wireDrags(const CardPointer &card);
@@ -142,10 +186,17 @@ private:
                          const QString &editorSourceId);
 
     const Collaborators m_with;
+    StackControlState m_controlState;
     CardPanels m_panels;
+    ColumnPills m_pills;
     ColumnTracking m_tracking;
+    ColumnGesture m_gesture;
+    UndoStack m_undo;
     std::vector<CardPointer> m_cards;
+    std::vector<Restoring> m_restoring;
+    std::shared_ptr<ScheduledWork> m_nextRestored;
     std::shared_ptr<ScheduledWork> m_coveredPanelsOut;
+    /// Set with setCollapsed() alone.
     bool m_isCollapsed = false;
     bool m_isDeckRevealed = false;
     bool m_isColumnHovered = false;

@@ -15,16 +15,17 @@ using namespace std::chrono_literals;
 constexpr auto layoutDuration = 200ms;
 /// A covered panel leaves the screen when the one that covers it has arrived, with a frame or two to spare.
 constexpr auto coveredPanelDelay = layoutDuration + 50ms;
-/// The pointer counts as over the column this far from its panels.
-constexpr double hoverMargin = 50;
 
 } // namespace
 
 std::vector<StackTarget> PreviewWindowController::currentTargets(const std::vector<CardPointer> &stack) const
 {
-    return targetFrames(
-        StackMetrics::current(m_with.screens, m_with.config),
-        {.count = static_cast<int>(stack.size()), .isCollapsed = m_isCollapsed, .isDeckRevealed = m_isDeckRevealed});
+    return targetFrames(StackMetrics::current(m_with.screens, m_with.config), stackState(stack.size()));
+}
+
+StackState PreviewWindowController::stackState(std::size_t count) const
+{
+    return {.count = static_cast<int>(count), .isCollapsed = m_isCollapsed, .isDeckRevealed = m_isDeckRevealed};
 }
 
 void PreviewWindowController::layout()
@@ -45,6 +46,10 @@ void PreviewWindowController::layout()
     m_panels.orderFrontInSequence(seen);
     if (anyCovered) {
         scheduleCoveredPanelsOut();
+    }
+    if (m_isColumnHovered) {
+        positionPills();
+        bringPillsToFront();
     }
 }
 
@@ -91,22 +96,34 @@ void PreviewWindowController::toggleCollapse()
     }
 }
 
+void PreviewWindowController::setCollapsed(bool collapsed)
+{
+    m_isCollapsed = collapsed;
+    m_isDeckRevealed = false;
+    m_controlState.setCollapsed(collapsed);
+}
+
 void PreviewWindowController::collapse()
 {
-    m_isCollapsed = true;
-    m_isDeckRevealed = false;
+    setCollapsed(true);
+    positionPills();
     layout();
 }
 
 void PreviewWindowController::expand()
 {
-    m_isCollapsed = false;
-    m_isDeckRevealed = false;
+    if (!m_isCollapsed) {
+        return;
+    }
+    setCollapsed(false);
+    positionPills();
     layout();
 }
 
 void PreviewWindowController::ensureColumnTracking()
 {
+    m_pills.ensurePanels();
+    positionPills();
     m_tracking.start([self = QPointer(this)](const PointerEvent &event) {
         if (self) {
             self->handleColumnEvent(event);
@@ -117,30 +134,20 @@ void PreviewWindowController::ensureColumnTracking()
 void PreviewWindowController::teardownColumnTracking()
 {
     m_tracking.stop();
+    m_pills.orderOut();
+    m_gesture.forget();
     m_isColumnHovered = false;
-    m_isCollapsed = false;
-    m_isDeckRevealed = false;
+    setCollapsed(false);
 }
 
-void PreviewWindowController::handleColumnEvent(const PointerEvent &event)
+void PreviewWindowController::positionPills()
 {
-    const std::vector<CardPointer> stack = stackCards();
-    if (event.type != PointerEventType::mouseMoved || stack.empty()) {
-        return;
-    }
-    Rect area = stack.front()->panel->frame();
-    for (const CardPointer &card : stack) {
-        area = area.united(card->panel->frame());
-    }
-    const bool isInside = area.outsetBy(hoverMargin).contains(m_with.screens.pointerLocation());
-    if (isInside == m_isColumnHovered) {
-        return;
-    }
-    m_isColumnHovered = isInside;
-    if (!isInside && m_isCollapsed && m_isDeckRevealed) {
-        m_isDeckRevealed = false;
-        layout();
-    }
+    m_pills.position(StackMetrics::current(m_with.screens, m_with.config), stackState(stackCards().size()));
+}
+
+void PreviewWindowController::bringPillsToFront()
+{
+    m_pills.bringToFront(stackState(stackCards().size()));
 }
 
 } // namespace lumenfold

@@ -35,7 +35,8 @@ auto whileAlive(PreviewWindowController *controller, const CardPointer &card, Ac
 void PreviewWindowController::wire(const CardPointer &card)
 {
     PreviewModel &model = *card->model;
-    model.onDismiss = whileAlive(this, card, [this](const CardPointer &held) { dismiss(held, DismissMotion::fade); });
+    model.onDismiss = whileAlive(
+        this, card, [this](const CardPointer &held) { dismiss(held, DismissMotion::fade, RecordUndo::yes); });
     model.onPinRequested = whileAlive(this, card, [this](const CardPointer &held) {
         showPinnedCard(held->model->image(), {.editorSourceImage = held->model->editorSourceImage(),
                                               .editorSourceId = held->model->editorSourceId()});
@@ -111,7 +112,7 @@ void PreviewWindowController::takeEditedImage(const CardPointer &card, const Ima
     }
     const Rect frame = card->panel->frame();
     const QString id = card->model->screenshotId();
-    dismiss(card, DismissMotion::fade);
+    dismiss(card, DismissMotion::fade, RecordUndo::no);
     if (card->variant == PreviewCardVariant::pinned) {
         showPinnedCard(
             edited,

@@ -38,7 +38,7 @@ TEST_F(CardCallbacksTest, aCardThrownAwaySlidesToTheLeftByItsOwnWidth)
     FakePanel &leaving = panel(u"1"_s);
     leaving.forgetHistory();
 
-    controller->dismiss(card(u"1"_s), DismissMotion::slideLeft);
+    controller->dismiss(card(u"1"_s), DismissMotion::slideLeft, RecordUndo::yes);
     EXPECT_THAT(leaving.animations(),
                 ElementsAre(AllOf(Field(&PanelAnimation::alpha, Optional(0.0)),
                                   Field(&PanelAnimation::frame, Optional(RectNear(slotFrame(0).offsetBy(-220, 0)))),
