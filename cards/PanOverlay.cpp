@@ -5,7 +5,11 @@
 
 namespace lumenfold {
 
-PanOverlayView::PanOverlayView(const Screens &screens, QWidget *parent) : QWidget(parent), m_drag(screens) {}
+PanOverlayView::PanOverlayView(const Screens &screens, QWidget *parent) : QWidget(parent), m_drag(screens)
+{
+    // Movements without a button tell that a release went elsewhere.
+    setMouseTracking(true);
+}
 
 PanOverlayView::~PanOverlayView() = default;
 

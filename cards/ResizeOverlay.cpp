@@ -14,6 +14,8 @@ namespace lumenfold {
 ResizeOverlayView::ResizeOverlayView(const Screens &screens, EventMonitors &monitors, QWidget *parent)
     : QWidget(parent), m_eventMonitors(monitors), m_drag(screens)
 {
+    // Movements without a button tell that a release went elsewhere.
+    setMouseTracking(true);
     takeOnlyHotCorners();
 }
 

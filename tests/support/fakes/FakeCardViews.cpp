@@ -11,6 +11,16 @@ std::unique_ptr<QWidget> FakeCardViews::makeCardView(std::shared_ptr<PreviewMode
     return nullptr;
 }
 
+std::unique_ptr<QWidget> FakeCardViews::makeCollapsePill(StackControlState &)
+{
+    return offersPills ? std::make_unique<QWidget>() : nullptr;
+}
+
+std::unique_ptr<QWidget> FakeCardViews::makeClearAllPill(StackControlState &)
+{
+    return offersPills ? std::make_unique<QWidget>() : nullptr;
+}
+
 std::vector<std::shared_ptr<PreviewModel>> FakeCardViews::models() const
 {
     std::vector<std::shared_ptr<PreviewModel>> models;

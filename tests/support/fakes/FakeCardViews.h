@@ -13,6 +13,11 @@ namespace lumenfold::test {
 class FakeCardViews : public CardViewFactory {
 public:
     [[nodiscard]] std::unique_ptr<QWidget> makeCardView(std::shared_ptr<PreviewModel> model) override;
+    [[nodiscard]] std::unique_ptr<QWidget> makeCollapsePill(StackControlState &state) override;
+    [[nodiscard]] std::unique_ptr<QWidget> makeClearAllPill(StackControlState &state) override;
+
+    /// Whether there are pills, with nothing in them; needs widgets.
+    bool offersPills = false;
 
     /// The models of the cards in the order in which they were made; null once a card is gone.
     [[nodiscard]] std::vector<std::shared_ptr<PreviewModel>> models() const;
