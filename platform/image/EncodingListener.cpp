@@ -1,6 +1,7 @@
 #include "platform/image/EncodingListener.h"
 
 #include <QPointer>
+#include <QThread>
 
 #include <utility>
 
@@ -27,8 +28,23 @@ private:
     Done m_done;
 };
 
+namespace {
+
+/// News that is never delivered is thrown away at the end of the application, which then holds the lock of its event
+/// queue: nothing may be posted there, not even a deletion for later.
+void deleteOnItsThread(QObject *relay)
+{
+    if (relay->thread() == QThread::currentThread()) {
+        delete relay;
+    } else {
+        relay->deleteLater();
+    }
+}
+
+} // namespace
+
 EncodingListener::EncodingListener(QObject *context, Done done)
-    : m_relay(new Relay(context, std::move(done)), [](Relay *relay) { relay->deleteLater(); })
+    : m_relay(new Relay(context, std::move(done)), &deleteOnItsThread)
 {
 }
 

@@ -12,7 +12,7 @@ QString pngFormat()
 
 } // namespace
 
-PngMimeData::PngMimeData(std::optional<Image> image) : m_image(std::move(image)) {}
+PngMimeData::PngMimeData(QByteArray png) : m_png(std::move(png)) {}
 
 void PngMimeData::setPng(QByteArray png)
 {
@@ -31,11 +31,7 @@ bool PngMimeData::hasFormat(const QString &format) const
 
 QVariant PngMimeData::retrieveData(const QString &format, QMetaType) const
 {
-    if (format != pngFormat()) {
-        return {};
-    }
-    const std::optional<QByteArray> png = m_png || !m_image ? m_png : m_image->pngData();
-    return png ? QVariant(*png) : QVariant();
+    return format == pngFormat() ? QVariant(m_png) : QVariant();
 }
 
 } // namespace lumenfold

@@ -1,11 +1,7 @@
 #pragma once
 
-#include "platform/image/Image.h"
-
 #include <QByteArray>
 #include <QMimeData>
-
-#include <optional>
 
 namespace lumenfold {
 
@@ -16,22 +12,19 @@ class PngMimeData : public QMimeData {
     Q_OBJECT
 
 public:
-    explicit PngMimeData(std::optional<Image> image);
+    explicit PngMimeData(QByteArray png);
 
-    /// These bytes are given instead of the image's own from now on.
+    /// These bytes are given instead from now on.
     void setPng(QByteArray png);
-    [[nodiscard]] bool hasPng() const { return m_png.has_value(); }
 
     [[nodiscard]] QStringList formats() const override;
     [[nodiscard]] bool hasFormat(const QString &format) const override;
 
 protected:
-    /// Waits for the image's encoding if that is still running. Empty when it fails.
     [[nodiscard]] QVariant retrieveData(const QString &format, QMetaType type) const override;
 
 private:
-    std::optional<Image> m_image;
-    std::optional<QByteArray> m_png;
+    QByteArray m_png;
 };
 
 } // namespace lumenfold

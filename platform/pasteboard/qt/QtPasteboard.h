@@ -6,15 +6,18 @@
 #include <QObject>
 #include <QPointer>
 
+#include <optional>
+
 namespace lumenfold {
 
 /// The clipboard of the session, through the toolkit.
 ///
 /// The exchange format for pictures here is PNG itself, so an image and its PNG bytes are one and the same offer. The
-/// clipboard is taken when the first of them is written, and what is written next joins it: other programs see one
-/// change of the clipboard. Contents that are cleared and not written again are gone by the next turn of the event
-/// loop. An image that cannot be encoded can be offered to nobody, so it leaves the clipboard empty; one whose encoding
-/// turns out to fail later is withdrawn then.
+/// clipboard is taken once the first bytes are there, and what is written next joins them: other programs see one
+/// change of the clipboard. The toolkit must answer a program that pastes on the spot, so an offer made while an image
+/// is still being encoded would have the main thread wait for it; until then the clipboard is as it was. Contents that
+/// are cleared and not written again are gone by the next turn of the event loop. An image that cannot be encoded can
+/// be offered to nobody, so it leaves the clipboard empty.
 ///
 /// When the QGuiApplication ends, it hands the contents to the clipboard manager, if one is running: it waits for five
 /// seconds at most, and not at all without one. A picture whose PNG is larger than the X server's largest request (16
@@ -24,7 +27,9 @@ class QtPasteboard : public QObject, public Pasteboard {
 
 public:
     /// Needs a QGuiApplication.
-    QtPasteboard() = default;
+    QtPasteboard();
+    /// Waits for an image that is still being encoded and offers it.
+    ~QtPasteboard() override;
 
     void clearContents() override;
     void writeImage(const Image &image) override;
@@ -32,12 +37,18 @@ public:
 
 private:
     /// Takes the clipboard for a new set of contents.
-    void offer(std::unique_ptr<PngMimeData> contents);
+    void offer(const QByteArray &png);
+    void offerOnceEncoded(const Image &image);
     void emptyClipboard();
 
     /// What the clipboard holds of ours; null from the moment another program takes the clipboard.
     QPointer<PngMimeData> m_contents;
+    /// What is going to be offered.
+    std::optional<Image> m_awaited;
+    /// Tells sets of contents apart.
+    int m_set = 0;
     bool m_cleared = false;
+    bool m_otherProgramCopied = false;
 };
 
 } // namespace lumenfold

@@ -4,6 +4,7 @@
 #include "platform/pasteboard/qt/QtPasteboard.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QImage>
 #include <QSocketNotifier>
 
@@ -12,11 +13,15 @@
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
+    QObject::connect(QApplication::clipboard(), &QClipboard::dataChanged, &application, [] {
+        if (QApplication::clipboard()->ownsClipboard()) {
+            std::puts("ready");
+            std::fflush(stdout);
+        }
+    });
     lumenfold::QtPasteboard pasteboard;
     pasteboard.clearContents();
     pasteboard.writeImage(lumenfold::Image::fromPixels(QImage(QApplication::arguments().value(1))));
-    std::puts("ready");
-    std::fflush(stdout);
     const QSocketNotifier terminated(0, QSocketNotifier::Read);
     QObject::connect(&terminated, &QSocketNotifier::activated, &application, &QApplication::quit);
     return QApplication::exec();
