@@ -2,6 +2,7 @@
 #include "app/lifecycle/CompositionRoot.h"
 #include "platform/session/Backend.h"
 #include "platform/session/InstanceLock.h"
+#include "platform/session/SessionBus.h"
 #include "platform/session/TerminationSignals.h"
 #include "platform/workspace/Workspace.h"
 
@@ -9,6 +10,7 @@
 #include <QDebug>
 
 #include <array>
+#include <chrono>
 #include <cstdio>
 
 namespace {
@@ -76,6 +78,12 @@ int main(int, char **argv)
     if (!lock) {
         qWarning().noquote().nospace() << "LumenFold: no lock file can be made at " << InstanceLock::standardPath()
                                        << ", so nothing keeps a second LumenFold from starting";
+    }
+
+    constexpr std::chrono::seconds patienceWithSessionBus{2};
+    if (greetSessionBus(patienceWithSessionBus) == SessionBusState::hanging) {
+        qWarning().noquote() << "LumenFold: the session bus does not answer, so this run does without it";
+        doWithoutSessionBus();
     }
 
     const SessionEnvironment session = SessionEnvironment::ofThisProcess();

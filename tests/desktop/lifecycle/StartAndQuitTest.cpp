@@ -3,6 +3,11 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -113,6 +118,29 @@ TEST_F(StartAndQuit, StartsWithAFolderInPlaceOfItsSettings)
     QDir().mkpath(desktop.folders().path(settingsFile));
     desktop.startProgram();
     expectThatItCaptures(desktop);
+}
+
+TEST_F(StartAndQuit, StartsAndEndsWhileTheSessionBusHangs)
+{
+    // It takes connections and never says a word.
+    const QTemporaryDir folder;
+    const QByteArray path = QFile::encodeName(folder.filePath(QStringLiteral("bus")));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(static_cast<std::size_t>(path.size()), sizeof address.sun_path);
+    std::ranges::copy(path, address.sun_path);
+    const int bus = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(bind(bus, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+    ASSERT_EQ(listen(bus, 1), 0);
+
+    QProcessEnvironment environment;
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+                       QStringLiteral("unix:path=") + QFile::decodeName(path));
+    Desktop &desktop = prepare({.environment = environment});
+    desktop.startProgram();
+    expectThatItCaptures(desktop);
+    EXPECT_EQ(desktop.quitProgram(), Process::Exit{.status = 0});
+    close(bus);
 }
 
 TEST_F(StartAndQuit, StartsWithoutAnyFolderToWriteTo)
