@@ -5,8 +5,23 @@
 #include "tests/support/desktop/TestWindow.h"
 #include "tests/support/desktop/Wait.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <algorithm>
+#include <vector>
+
 namespace lumenfold::test {
 namespace {
+
+/// The toolkit hears of screens by itself; until it does, it puts windows where the screens were.
+bool toolkitKnows(const std::vector<QRect> &frames)
+{
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    return std::ranges::is_permutation(frames, screens, {}, {}, [](const QScreen *screen) {
+        return QRect(screen->geometry().topLeft(), screen->size() * screen->devicePixelRatio());
+    });
+}
 
 /// Two screens of different size and height on one server.
 class SeveralScreensTest : public CaptureTest {
@@ -14,13 +29,14 @@ protected:
     SeveralScreensTest()
     {
         server().setMonitors({{.name = "left", .frame = left}, {.name = "right", .frame = right, .primary = true}});
-        EXPECT_TRUE(waitFor([this] { return screens().all().size() == 2; }));
+        EXPECT_TRUE(waitFor([this] { return screens().all().size() == 2 && toolkitKnows({left, right}); }));
     }
 
     ~SeveralScreensTest() override
     {
         server().setMonitors({});
-        EXPECT_TRUE(waitFor([this] { return screens().all().size() == 1; }));
+        EXPECT_TRUE(waitFor(
+            [this] { return screens().all().size() == 1 && toolkitKnows({QRect(QPoint(0, 0), server().size())}); }));
     }
 
     const QRect left{0, 100, 480, 640};
@@ -108,7 +124,7 @@ TEST_F(SeveralScreensTest, AScreenThatVanishesMeanwhileEndsTheCaptureOneWayOrThe
         }
         ASSERT_TRUE(waitFor([this] { return screens().all().size() == 1; }));
         server().setMonitors({{.name = "left", .frame = left}, {.name = "right", .frame = right, .primary = true}});
-        ASSERT_TRUE(waitFor([this] { return screens().all().size() == 2; }));
+        ASSERT_TRUE(waitFor([this] { return screens().all().size() == 2 && toolkitKnows({left, right}); }));
     }
 }
 
