@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -27,12 +28,13 @@ long long sumOf(const std::filesystem::path &file, const std::string &label)
     return sum;
 }
 
-long long switchesOf(pid_t process)
+/// How often each thread was put on a core or taken off one, by its number.
+std::map<std::string, long long> switchesOf(pid_t process)
 {
-    long long switches = 0;
+    std::map<std::string, long long> switches;
     for (const auto &thread : std::filesystem::directory_iterator(folderOf(process) / "task")) {
-        switches += sumOf(thread.path() / "status", "voluntary_ctxt_switches:");
-        switches += sumOf(thread.path() / "status", "nonvoluntary_ctxt_switches:");
+        switches[thread.path().filename()] = sumOf(thread.path() / "status", "voluntary_ctxt_switches:") +
+                                             sumOf(thread.path() / "status", "nonvoluntary_ctxt_switches:");
     }
     return switches;
 }
@@ -50,9 +52,19 @@ double proportionalMemory(pid_t process)
 
 double wakeUpsPerSecond(pid_t process, std::chrono::seconds period)
 {
-    const long long before = switchesOf(process);
+    const std::map<std::string, long long> before = switchesOf(process);
     std::this_thread::sleep_for(period);
-    return static_cast<double>(switchesOf(process) - before) / static_cast<double>(period.count());
+    const std::map<std::string, long long> after = switchesOf(process);
+    long long wakeUps = 0;
+    for (const auto &[thread, switches] : after) {
+        const auto old = before.find(thread);
+        wakeUps += switches - (old == before.end() ? 0 : old->second);
+    }
+    // A thread that waited for work and was sent home woke up for that.
+    for (const auto &[thread, switches] : before) {
+        wakeUps += after.contains(thread) ? 0 : 1;
+    }
+    return static_cast<double>(wakeUps) / static_cast<double>(period.count());
 }
 
 } // namespace lumenfold::bench
