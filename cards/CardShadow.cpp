@@ -66,15 +66,14 @@ struct ShadowTile {
     int outside = 0;
 };
 
-ShadowTile makeTile(const CardShadow &kind, double scale)
+/// The shadow of a rectangle of that many device pixels, with as much room around it as the blur reaches.
+QImage blurredShape(QSize caster, const CardShadow &kind, double scale)
 {
     const double deviation = kind.blurRadius / 2 * scale;
     const int reach = reachOf(deviation);
     const double radius = kind.cornerRadius * scale;
-    const int border = 2 * reach + static_cast<int>(std::ceil(radius));
-    const int side = 2 * border + 1;
 
-    QImage shape(side, side, QImage::Format_ARGB32_Premultiplied);
+    QImage shape(caster + QSize(2 * reach, 2 * reach), QImage::Format_ARGB32_Premultiplied);
     shape.fill(Qt::transparent);
     QPainter painter(&shape);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -86,15 +85,23 @@ ShadowTile makeTile(const CardShadow &kind, double scale)
     const std::vector<float> kernel = gaussian(deviation);
     const QImage alpha =
         blurredAndTurned(blurredAndTurned(shape.convertToFormat(QImage::Format_Alpha8), kernel), kernel);
-    QImage picture(side, side, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < side; ++y) {
+    QImage picture(shape.size(), QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < picture.height(); ++y) {
         const uchar *row = alpha.constScanLine(y);
         auto *shaded = reinterpret_cast<QRgb *>(picture.scanLine(y));
-        for (int x = 0; x < side; ++x) {
+        for (int x = 0; x < picture.width(); ++x) {
             shaded[x] = qRgba(0, 0, 0, static_cast<int>(std::lround(row[x] * kind.opacity)));
         }
     }
-    return {kind, scale, picture, border, reach};
+    return picture;
+}
+
+ShadowTile makeTile(const CardShadow &kind, double scale)
+{
+    const int reach = reachOf(kind.blurRadius / 2 * scale);
+    const int border = 2 * reach + static_cast<int>(std::ceil(kind.cornerRadius * scale));
+    const int caster = 2 * (border - reach) + 1;
+    return {kind, scale, blurredShape({caster, caster}, kind, scale), border, reach};
 }
 
 const ShadowTile &tileFor(const CardShadow &kind, double scale)
@@ -106,7 +113,44 @@ const ShadowTile &tileFor(const CardShadow &kind, double scale)
     return found != tiles.end() ? *found : tiles.emplace_back(makeTile(kind, scale));
 }
 
+struct SmallShadow {
+    CardShadow kind;
+    double scale = 1;
+    /// Of the caster, in device pixels.
+    QSize size;
+    QImage picture;
+};
+
+const QImage &smallShadowFor(QSize size, const CardShadow &kind, double scale)
+{
+    // A few kinds of buttons; those whose size follows the card's come and go.
+    constexpr std::size_t mostKept = 16;
+    static std::vector<SmallShadow> shadows;
+    const auto found = std::ranges::find_if(shadows, [&](const SmallShadow &each) {
+        return each.size == size && each.kind == kind && each.scale == scale;
+    });
+    if (found != shadows.end()) {
+        return found->picture;
+    }
+    if (shadows.size() == mostKept) {
+        shadows.erase(shadows.begin());
+    }
+    shadows.push_back({kind, scale, size, blurredShape(size, kind, scale)});
+    return shadows.back().picture;
+}
+
 } // namespace
+
+void paintSmallShadow(QPainter &painter, const QRectF &caster, const CardShadow &shadow)
+{
+    CardShadow kind = shadow;
+    kind.offset = {};
+    const double scale = painter.device()->devicePixelRatioF();
+    const QImage &picture = smallShadowFor((caster.size() * scale).toSize(), kind, scale);
+    const double outside = reachOf(kind.blurRadius / 2 * scale) / scale;
+    painter.drawImage(QRectF(caster.topLeft() + shadow.offset - QPointF(outside, outside), picture.size() / scale),
+                      picture);
+}
 
 void paintShadow(QPainter &painter, const QRectF &caster, const CardShadow &shadow)
 {

@@ -25,4 +25,7 @@ struct CardShadow {
 /// and higher than twice the sum of its corner radius and the blur radius.
 void paintShadow(QPainter &painter, const QRectF &caster, const CardShadow &shadow);
 
+/// The same for a caster of any size, as small as a button: the whole shape is blurred, once for each size.
+void paintSmallShadow(QPainter &painter, const QRectF &caster, const CardShadow &shadow);
+
 } // namespace lumenfold

@@ -6,10 +6,13 @@
 #include "app/lifecycle/ScreenRecordingAlert.h"
 #include "capture/CaptureCoordinator.h"
 #include "capture/areaselection/AreaSelectionController.h"
-#include "cards/BareImageView.h"
+#include "cards/DragFolder.h"
 #include "cards/PreviewWindowController.h"
+#include "cards/face/PreviewViews.h"
 #include "platform/alerts/QtAlerts.h"
+#include "platform/appearance/PortalAppearance.h"
 #include "platform/defaults/SettingsFileUserDefaults.h"
+#include "platform/dragdrop/QtDragSessions.h"
 #include "platform/files/XdgFileManager.h"
 #include "platform/mainqueue/QtMainQueue.h"
 #include "platform/notifications/NotificationCenter.h"
@@ -37,6 +40,7 @@ struct CompositionRoot::Parts {
     QtMainQueue queue;
     QtWorkspace workspace;
     QtAlerts alerts;
+    PortalAppearance appearance;
     XdgFileManager files;
     NotificationCenter notifications;
     SettingsFileUserDefaults defaults{SettingsFileUserDefaults::standardPath()};
@@ -44,7 +48,17 @@ struct CompositionRoot::Parts {
     AppConfig config{defaults, platform->screens(), files};
     ActionHandler actions{platform->pasteboard(), config};
     ShortcutStore shortcuts{defaults, notifications};
-    BareImageViews cardViews{platform->panels()};
+    QtDragSessions dragSessions;
+    DragFolder dragFolder;
+    PreviewViews cardViews{{
+        .panels = platform->panels(),
+        .appearance = appearance,
+        .screens = platform->screens(),
+        .monitors = platform->eventMonitors(),
+        .actions = {.actions = actions, .config = config, .queue = queue, .workspace = workspace},
+        .dragSessions = &dragSessions,
+        .dragFolder = &dragFolder,
+    }};
 
     AppDelegate delegate{{
         .workspace = workspace,

@@ -1,0 +1,79 @@
+#include "cards/face/StackControl.h"
+
+#include "cards/StackControlState.h"
+#include "cards/face/FaceStyle.h"
+#include "cards/face/Symbol.h"
+
+#include <utility>
+
+namespace lumenfold {
+namespace {
+
+constexpr QSize collapsePillSize{44, 24};
+constexpr double chevronSize = 10;
+
+/// The capsule is as wide as its text and this on either side; the panel has room for more.
+constexpr int clearTextPadding = 14;
+constexpr int clearPillHeight = 26;
+constexpr int clearTextSize = 11;
+
+QFont clearFont()
+{
+    return facestyle::font(clearTextSize, QFont::Medium);
+}
+
+QSize clearPillSize()
+{
+    const int text = QFontMetrics(clearFont()).horizontalAdvance(ClearAllButton::tr("Clear"));
+    // In the middle of a panel of even width, an odd one would stand between the pixels.
+    return {text + text % 2 + 2 * clearTextPadding, clearPillHeight};
+}
+
+} // namespace
+
+StackControlButton::StackControlButton(StackControlState &state, const Appearance &appearance,
+                                       const PanelFactory &panels)
+    : StackPill(collapsePillSize, appearance, panels), m_state(state)
+{
+    connect(&m_state, &StackControlState::isCollapsedChanged, this, &StackControlButton::showState);
+    connect(this, &QAbstractButton::clicked, this, [this] {
+        // The answer may replace the callback.
+        const auto callback = m_state.onToggle;
+        callback();
+    });
+    showState();
+}
+
+StackControlButton::~StackControlButton() = default;
+
+void StackControlButton::showState()
+{
+    const QString title = m_state.isCollapsed() ? tr("Expand screenshots") : tr("Collapse screenshots");
+    setToolTip(title);
+    setAccessibleName(title);
+    update();
+}
+
+void StackControlButton::paintLabel(QPainter &painter, const QRectF &capsule, const QColor &color)
+{
+    const Symbol symbol = m_state.isCollapsed() ? Symbol::chevronUp : Symbol::chevronDown;
+    paintSymbol(painter, symbol, capsule.center(), chevronSize, color);
+}
+
+ClearAllButton::ClearAllButton(StackControlState &state, const Appearance &appearance, const PanelFactory &panels)
+    : StackPill(clearPillSize(), appearance, panels), m_state(state)
+{
+    setText(tr("Clear"));
+    setToolTip(tr("Clear stacked screenshots"));
+    setAccessibleName(tr("Clear stacked screenshots"));
+    connect(this, &QAbstractButton::clicked, &m_state, &StackControlState::pressClear);
+}
+
+ClearAllButton::~ClearAllButton() = default;
+
+void ClearAllButton::paintLabel(QPainter &painter, const QRectF &capsule, const QColor &color)
+{
+    facestyle::paintLabel(painter, capsule, text(), clearFont(), color);
+}
+
+} // namespace lumenfold

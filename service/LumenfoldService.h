@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/image/Image.h"
+
+#include <QCoroTask>
+#include <QUrl>
+
+namespace lumenfold {
+
+/// The online service as the cards know it. Main thread. Each operation throws ServiceError, or the transport's own
+/// exception.
+class LumenfoldService {
+public:
+    LumenfoldService() = default;
+    LumenfoldService(const LumenfoldService &) = delete;
+    LumenfoldService &operator=(const LumenfoldService &) = delete;
+    virtual ~LumenfoldService() = default;
+
+    /// Uploads the image as a PNG. The address of the uploaded file.
+    [[nodiscard]] virtual QCoro::Task<QUrl> save(Image image) = 0;
+
+    /// Uploads the image and opens it in the service's editor in the user's browser.
+    [[nodiscard]] virtual QCoro::Task<> openInLumenFold(Image image) = 0;
+};
+
+} // namespace lumenfold
