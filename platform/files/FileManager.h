@@ -16,6 +16,9 @@ public:
 
     /// The user's Pictures folder (XDG), an absolute path; nothing when the user has none configured.
     [[nodiscard]] virtual std::optional<QString> picturesDirectory() const = 0;
+    /// Where programs keep what they need from one run to the next (XDG data), an absolute path; nothing when there is
+    /// no such place.
+    [[nodiscard]] virtual std::optional<QString> applicationSupportDirectory() const = 0;
     [[nodiscard]] virtual QString homeDirectory() const = 0;
     /// True for an existing directory, also through a link.
     [[nodiscard]] virtual bool isDirectory(const QString &path) const = 0;

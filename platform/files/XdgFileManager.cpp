@@ -15,6 +15,12 @@ std::optional<QString> XdgFileManager::picturesDirectory() const
     return path;
 }
 
+std::optional<QString> XdgFileManager::applicationSupportDirectory() const
+{
+    const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return QDir::isAbsolutePath(path) ? std::optional(QDir::cleanPath(path)) : std::nullopt;
+}
+
 QString XdgFileManager::homeDirectory() const
 {
     return QDir::homePath();

@@ -7,6 +7,11 @@ std::optional<QString> FakeFileManager::picturesDirectory() const
     return pictures;
 }
 
+std::optional<QString> FakeFileManager::applicationSupportDirectory() const
+{
+    return applicationSupport;
+}
+
 QString FakeFileManager::homeDirectory() const
 {
     return home;
