@@ -7,8 +7,6 @@
 #include "platform/image/PngFile.h"
 #include "platform/image/PngFormat.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QMutex>
 #include <QMutexLocker>
 #include <QWaitCondition>
@@ -56,13 +54,6 @@ QImage scaledInto(const QImage &pixels, PixelSize bounds)
     return pixels.scaled(fitting.expandedTo({1, 1}), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
-/// Empty when it cannot be read.
-QByteArray readOrdinaryFile(const QString &path)
-{
-    QFile file(path);
-    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 /// What the handles of one picture share. Everything that changes is behind the mutex.
@@ -86,8 +77,8 @@ struct Image::Shared {
     Encoding encoding = Encoding::none;
     QImage pixels;
     PngBytes png;
-    /// Where the bytes are when `png` does not have them; set once. Read behind a mutex of its own, because a disk may
-    /// take its time.
+    /// Where the bytes are when `png` does not have them. Read behind a mutex of its own, because a disk may take its
+    /// time; set once, behind both, this one first.
     std::unique_ptr<PngFile> file;
     QMutex reading;
     bool releasesPixels = false;
@@ -130,9 +121,11 @@ struct Image::Shared {
     /// What there is now; does not wait for an encoding.
     [[nodiscard]] PngBytes bytes()
     {
-        if (!file) {
+        {
             const QMutexLocker lock(&mutex);
-            return png;
+            if (png || !file) {
+                return png;
+            }
         }
         const QMutexLocker lock(&reading);
         // Another program may have changed it.
@@ -171,13 +164,14 @@ Image Image::fromPngFile(const QString &path)
 {
     std::unique_ptr<PngFile> file = PngFile::open(path);
     if (!file) {
-        return fromPng(readOrdinaryFile(path));
+        return {};
     }
     Image image = fromPng(file->readFirst(static_cast<qint64>(png::headerBytes)));
-    if (!image.isNull()) {
-        image.m_shared->png.reset();
-        image.m_shared->file = std::move(file);
+    if (image.isNull() || file->size() > png::maximumFileBytes(*image.pixelSize()) || !file->isWhole()) {
+        return {};
     }
+    image.m_shared->png.reset();
+    image.m_shared->file = std::move(file);
     return image;
 }
 
@@ -284,6 +278,32 @@ QImage Image::thumbnail(PixelSize bounds) const
     const QMutexLocker lock(&m_shared->mutex);
     m_shared->keepThumbnail({bounds, made});
     return made;
+}
+
+void Image::leaveBytesToFile(const QString &path) const
+{
+    const PngBytes bytes = pngData();
+    std::unique_ptr<PngFile> file = bytes ? PngFile::open(path) : nullptr;
+    if (!file || file->size() != bytes->size()) {
+        return;
+    }
+    const QMutexLocker reading(&m_shared->reading);
+    const QMutexLocker lock(&m_shared->mutex);
+    if (!m_shared->file) {
+        m_shared->file = std::move(file);
+        m_shared->png.reset();
+    }
+}
+
+void Image::keepBytesOfFile() const
+{
+    if (!m_shared) {
+        return;
+    }
+    const QMutexLocker lock(&m_shared->reading);
+    if (m_shared->file) {
+        m_shared->file->hold();
+    }
 }
 
 void Image::releasePixelsWhenEncoded() const

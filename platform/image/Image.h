@@ -31,7 +31,9 @@ public:
     /// From PNG bytes; no picture when they are not a PNG whose header says a believable size. Pixels are made when
     /// asked for.
     [[nodiscard]] static Image fromPng(QByteArray png);
-    /// From a PNG file, which is kept open and read when its bytes are asked for; they stay there when it is deleted.
+    /// From a PNG file that is read when its bytes are asked for. No picture when the file is cut off, or small and
+    /// broken; whether all of a large one is right is seen only when it is read. Whoever deletes or replaces the file
+    /// calls keepBytesOfFile() first; of the first few hundred files the bytes stay anyway.
     [[nodiscard]] static Image fromPngFile(const QString &path);
     /// A picture of which only the size in points is known: no representation, no bytes. For tests and failures.
     [[nodiscard]] static Image withoutRepresentation(Size size);
@@ -59,6 +61,12 @@ public:
     /// once for each of the latest few bounds. Decodes the pixels if they were released, which takes a tenth of a
     /// second for a whole 4K desktop. Null when there are no pixels or no room.
     [[nodiscard]] QImage thumbnail(PixelSize bounds) const;
+
+    /// The picture's bytes have been written to this file and need not stay in memory. From then on it is like a
+    /// picture from that file; nothing changes when it is one already, or the file has other bytes.
+    void leaveBytesToFile(const QString &path) const;
+    /// Before the file that has this picture's bytes is deleted or replaced: they stay.
+    void keepBytesOfFile() const;
 
     /// From now on keep no full-size pixels once the bytes are there; they are decoded again when asked for.
     void releasePixelsWhenEncoded() const;

@@ -25,6 +25,12 @@ bool isBelievable(PixelSize size)
            std::int64_t{size.width} * size.height <= maximumPixels;
 }
 
+std::int64_t maximumFileBytes(PixelSize size)
+{
+    constexpr std::int64_t beside = 64 * 1024 * 1024;
+    return beside + std::int64_t{size.width} * size.height * 8;
+}
+
 std::optional<PixelSize> readHeader(QByteArrayView file)
 {
     if (static_cast<std::size_t>(file.size()) < headerBytes) {
@@ -73,6 +79,16 @@ bool isIntact(QByteArrayView file)
         at += chunkOverhead + dataBytes;
     }
     return false;
+}
+
+std::uint32_t chunkDataBytes(QByteArrayView chunk)
+{
+    return readBigEndian(reinterpret_cast<const unsigned char *>(chunk.data()));
+}
+
+bool isEndChunk(QByteArrayView chunk)
+{
+    return chunk == QByteArrayView("\0\0\0\0IEND\xae\x42\x60\x82", chunkOverhead);
 }
 
 void writeHeader(unsigned char *target, PixelSize size, ColorType colorType)

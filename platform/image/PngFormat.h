@@ -17,6 +17,9 @@ inline constexpr int maximumSide = 32768;
 /// No picture has more pixels than this, which is 2 GiB of memory; a file that claims more is not believed.
 inline constexpr std::int64_t maximumPixels = 512LL * 1024 * 1024;
 
+/// No file of a picture of that size is longer: 8 bytes for each pixel, and something for what else it may hold.
+[[nodiscard]] std::int64_t maximumFileBytes(PixelSize size);
+
 inline constexpr std::array<unsigned char, 8> signature{0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
 
 /// The bytes from the start of a file that hold its header: the signature and the IHDR chunk.
@@ -38,6 +41,12 @@ inline constexpr std::size_t chunkDataOffset = 8;
 
 /// Color types of the header, all with 8 bits a channel.
 enum class ColorType : unsigned char { rgb = 2, rgba = 6 };
+
+/// How many bytes of data the chunk has that begins there; `chunk` is at least `chunkDataOffset` long.
+[[nodiscard]] std::uint32_t chunkDataBytes(QByteArrayView chunk);
+
+/// True when `chunk` is a whole end chunk with the right checksum.
+[[nodiscard]] bool isEndChunk(QByteArrayView chunk);
 
 /// Writes signature and header; `target` has room for `headerBytes`.
 void writeHeader(unsigned char *target, PixelSize size, ColorType colorType);

@@ -62,6 +62,63 @@ TEST_F(ImageFile, staysWhenTheFileIsReplacedByItself)
     EXPECT_EQ(image.pngData(), m_png);
 }
 
+TEST_F(ImageFile, mayTakeTheBytesOfAPicture)
+{
+    const Image image = Image::fromPixels(m_pixels);
+    image.releasePixelsWhenEncoded();
+    const QString path = write(QStringLiteral("picture.png"), image.pngData().value());
+    image.leaveBytesToFile(path);
+    EXPECT_EQ(image.pngData(), m_png);
+    EXPECT_EQ(image.pixels(), m_pixels);
+    EXPECT_TRUE(image.isEncoded());
+    // They really are there and nowhere else.
+    ASSERT_TRUE(QFile::resize(path, 100));
+    EXPECT_TRUE(image.pixels().isNull());
+}
+
+TEST_F(ImageFile, takesNoBytesThatItDoesNotHave)
+{
+    const Image image = Image::fromPixels(m_pixels);
+    const QString path = write(QStringLiteral("other.png"), "other bytes");
+    image.leaveBytesToFile(path);
+    image.leaveBytesToFile(m_folder.filePath(QStringLiteral("missing.png")));
+    Image().leaveBytesToFile(path);
+    Image::withoutRepresentation({1, 1}).leaveBytesToFile(path);
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_EQ(image.pngData(), m_png);
+}
+
+TEST_F(ImageFile, canBeLetGoWhenItsBytesAreKept)
+{
+    const QString path = writePicture();
+    std::vector<Image> others;
+    for (int count = 0; count < PngFile::maximumOpenFiles; ++count) {
+        others.push_back(Image::fromPngFile(path));
+    }
+    const Image kept = Image::fromPngFile(path);
+    const Image lost = Image::fromPngFile(path);
+    kept.keepBytesOfFile();
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_EQ(kept.pngData(), m_png);
+    EXPECT_EQ(kept.pixels(), m_pixels);
+    EXPECT_FALSE(lost.pngData());
+
+    // Another file of that name is not taken for it.
+    writePicture();
+    EXPECT_FALSE(lost.pngData());
+}
+
+TEST_F(ImageFile, thatIsCutOffIsNoPicture)
+{
+    const QByteArray large = Image::fromPixels(test::noisePicture({800, 600})).pngData().value();
+    ASSERT_GT(large.size(), PngFile::maximumProvenBytes);
+    EXPECT_FALSE(Image::fromPngFile(write(QStringLiteral("whole.png"), large)).isNull());
+    EXPECT_FALSE(Image::fromPngFile(write(QStringLiteral("longer.png"), large + "and more")).isNull());
+    EXPECT_TRUE(Image::fromPngFile(write(QStringLiteral("cut.png"), large.chopped(1))).isNull());
+    EXPECT_TRUE(Image::fromPngFile(write(QStringLiteral("half.png"), large.first(large.size() / 2))).isNull());
+    EXPECT_TRUE(Image::fromPngFile(write(QStringLiteral("small.png"), m_png.chopped(1))).isNull());
+}
+
 TEST_F(ImageFile, thatIsShortenedBehindOurBackGivesNoPixels)
 {
     const QString path = writePicture();
