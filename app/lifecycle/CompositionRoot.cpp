@@ -6,6 +6,7 @@
 #include "app/lifecycle/ScreenRecordingAlert.h"
 #include "capture/CaptureCoordinator.h"
 #include "capture/areaselection/AreaSelectionController.h"
+#include "cards/CardPersistence.h"
 #include "cards/DragFolder.h"
 #include "cards/PreviewWindowController.h"
 #include "cards/face/PreviewViews.h"
@@ -21,6 +22,7 @@
 #include "shortcuts/HotkeyManager.h"
 #include "shortcuts/ShortcutStore.h"
 
+#include <QDir>
 #include <QGuiApplication>
 
 #include <utility>
@@ -59,6 +61,8 @@ struct CompositionRoot::Parts {
         .dragSessions = &dragSessions,
         .dragFolder = &dragFolder,
     }};
+    CardPersistence cardStore{QDir(files.applicationSupportDirectory().value_or(QDir::tempPath()))
+                                  .filePath(CardPersistence::relativePath)};
 
     AppDelegate delegate{{
         .workspace = workspace,
@@ -94,6 +98,7 @@ std::unique_ptr<CaptureCoordinator> CompositionRoot::Parts::makeCaptureCoordinat
             .config = config,
             .queue = queue,
             .views = cardViews,
+            .store = &cardStore,
         }),
         .actions = actions,
         .screens = platform->screens(),
