@@ -9,6 +9,7 @@
 #include "cards/CardPersistence.h"
 #include "cards/DragFolder.h"
 #include "cards/PreviewWindowController.h"
+#include "cards/face/ImagePreviewWindowController.h"
 #include "cards/face/PreviewViews.h"
 #include "platform/alerts/QtAlerts.h"
 #include "platform/appearance/PortalAppearance.h"
@@ -61,6 +62,12 @@ struct CompositionRoot::Parts {
         .dragSessions = &dragSessions,
         .dragFolder = &dragFolder,
     }};
+    ImagePreviewWindowController fullSizePreview{{
+        .panels = platform->panels(),
+        .appearance = appearance,
+        .screens = platform->screens(),
+        .keys = {.taps = platform->keyEventTaps(), .hotKeys = platform->hotKeys(), .queue = queue},
+    }};
     CardPersistence cardStore{QDir(files.applicationSupportDirectory().value_or(QDir::tempPath()))
                                   .filePath(CardPersistence::relativePath)};
 
@@ -99,6 +106,7 @@ std::unique_ptr<CaptureCoordinator> CompositionRoot::Parts::makeCaptureCoordinat
             .queue = queue,
             .views = cardViews,
             .store = &cardStore,
+            .fullSizePreview = &fullSizePreview,
         }),
         .actions = actions,
         .screens = platform->screens(),

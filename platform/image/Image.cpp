@@ -280,6 +280,21 @@ QImage Image::thumbnail(PixelSize bounds) const
     return made;
 }
 
+QImage Image::readyThumbnail() const
+{
+    if (!m_shared) {
+        return {};
+    }
+    const QMutexLocker lock(&m_shared->mutex);
+    QImage largest;
+    for (const Thumbnail &kept : m_shared->thumbnails) {
+        if (kept.picture.width() > largest.width()) {
+            largest = kept.picture;
+        }
+    }
+    return largest;
+}
+
 void Image::leaveBytesToFile(const QString &path) const
 {
     const PngBytes bytes = pngData();

@@ -61,6 +61,8 @@ public:
     /// once for each of the latest few bounds. Decodes the pixels if they were released, which takes a tenth of a
     /// second for a whole 4K desktop. Null when there are no pixels or no room.
     [[nodiscard]] QImage thumbnail(PixelSize bounds) const;
+    /// The largest of the thumbnails that are at hand, at once; null when there is none.
+    [[nodiscard]] QImage readyThumbnail() const;
 
     /// The picture's bytes have been written to this file and need not stay in memory. From then on it is like a
     /// picture from that file; nothing changes when it is one already, or the file has other bytes.

@@ -1,0 +1,106 @@
+#include "cards/face/ImagePreviewView.h"
+
+#include "app/configuration/Palette.h"
+#include "cards/CardShadow.h"
+#include "cards/face/CornerButton.h"
+#include "cards/face/FaceStyle.h"
+#include "platform/appearance/Appearance.h"
+#include "platform/panels/Panel.h"
+
+#include <QBrush>
+#include <QPainter>
+#include <QPainterPath>
+#include <QTransform>
+
+#include <cmath>
+
+namespace lumenfold {
+namespace {
+
+constexpr double cornerRadius = 12;
+constexpr CardShadow shadow{.cornerRadius = cornerRadius, .blurRadius = 30, .opacity = 0.45, .offset = {0, 16}};
+
+QBrush pictureBrush(const QImage &picture, const QRectF &area)
+{
+    QBrush brush(picture);
+    brush.setTransform(QTransform::fromTranslate(area.x(), area.y())
+                           .scale(area.width() / picture.width(), area.height() / picture.height()));
+    return brush;
+}
+
+} // namespace
+
+ImagePreviewView::ImagePreviewView(const Options &options, const Appearance &appearance, const PanelFactory &panels)
+    : m_hitMargin(static_cast<int>(options.hitMargin))
+    , m_appearance(appearance)
+    , m_panels(panels)
+    , m_picture(options.image)
+    , m_close(new CornerButton(
+          {.symbol = Symbol::xmark, .iconSize = facestyle::closeButtonIconSize, .title = tr("Close preview")},
+          appearance, panels, this))
+{
+    setAccessibleName(tr("Screenshot preview"));
+    connect(m_close, &QAbstractButton::clicked, this, [close = options.onClose] {
+        if (close) {
+            close();
+        }
+    });
+    connect(&m_picture, &FullPicture::changed, this, qOverload<>(&QWidget::update));
+    connect(&m_appearance, &Appearance::changed, this, qOverload<>(&QWidget::update));
+}
+
+ImagePreviewView::~ImagePreviewView() = default;
+
+QRect ImagePreviewView::content() const
+{
+    return rect().marginsRemoved({m_hitMargin, m_hitMargin, m_hitMargin, m_hitMargin});
+}
+
+QRegion ImagePreviewView::opaqueShape() const
+{
+    return m_shape;
+}
+
+void ImagePreviewView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    const QRect content = this->content();
+    const auto inset =
+        static_cast<int>(m_hitMargin - facestyle::cornerButtonSafeArea - facestyle::cornerButtonSize / 2);
+    m_close->move(width() - inset - m_close->width(), inset);
+
+    QPainterPath outline;
+    outline.addRoundedRect(content, cornerRadius, cornerRadius);
+    m_shape = QRegion(outline.toFillPolygon().toPolygon()) + m_close->shapeInParent();
+    if (!content.isEmpty()) {
+        m_picture.prepare(content.size() * devicePixelRatio());
+    }
+}
+
+void ImagePreviewView::paintEvent(QPaintEvent *)
+{
+    const QRectF content(this->content());
+    if (content.isEmpty()) {
+        return;
+    }
+    const ColorScheme scheme = m_appearance.colorScheme();
+    const bool isBlended = m_panels.isTranslucencyAvailable();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    if (isBlended) {
+        paintShadow(painter, content, shadow);
+        paintCornerButtonShadow(painter, m_close->geometry());
+    }
+    const QImage &picture = m_picture.picture();
+    const QBrush fill = picture.isNull() ? QBrush(palette::previewScrim.in(scheme)) : pictureBrush(picture, content);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(fill);
+    // Where windows do not blend, the window itself is cut to the rounded shape, and a soft edge inside it would turn
+    // black.
+    const double radius = isBlended ? cornerRadius : 0;
+    painter.drawRoundedRect(content, radius, radius);
+    facestyle::paintRounded(painter, content, cornerRadius, {Qt::NoBrush, palette::previewStroke.in(scheme)});
+}
+
+} // namespace lumenfold
