@@ -1,11 +1,13 @@
 #include "platform/image/Image.h"
 
+#include "platform/image/AreaAverage.h"
 #include "platform/image/EncodingListener.h"
 #include "platform/image/LargeBlocks.h"
 #include "platform/image/PngDecoder.h"
 #include "platform/image/PngEncoder.h"
 #include "platform/image/PngFile.h"
 #include "platform/image/PngFormat.h"
+#include "platform/image/PngRows.h"
 
 #include <QMutex>
 #include <QMutexLocker>
@@ -42,16 +44,50 @@ QImage preparedForEncoding(QImage pixels)
     return pixels;
 }
 
+bool isWithin(PixelSize size, PixelSize bounds)
+{
+    return size.width <= bounds.width && size.height <= bounds.height;
+}
+
+/// The largest size of the same proportions within the bounds; nothing is empty.
+PixelSize fittingInto(PixelSize size, PixelSize bounds)
+{
+    const QSize fitting =
+        QSize(size.width, size.height).scaled(bounds.width, bounds.height, Qt::KeepAspectRatio).expandedTo({1, 1});
+    return {fitting.width(), fitting.height()};
+}
+
 QImage scaledInto(const QImage &pixels, PixelSize bounds)
 {
+    const PixelSize size{pixels.width(), pixels.height()};
     if (pixels.isNull() || bounds.isEmpty()) {
         return {};
     }
-    if (pixels.width() <= bounds.width && pixels.height() <= bounds.height) {
+    if (isWithin(size, bounds)) {
         return pixels.copy();
     }
-    const QSize fitting = pixels.size().scaled(bounds.width, bounds.height, Qt::KeepAspectRatio);
-    return pixels.scaled(fitting.expandedTo({1, 1}), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const PixelSize fitting = fittingInto(size, bounds);
+    return pixels.format() == QImage::Format_RGB32
+               ? AreaAverage::of(pixels, fitting)
+               : pixels.scaled(fitting.width, fitting.height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+/// The same from a file of the most usual kind, without ever having all pixels; null for any other file.
+QImage scaledInto(const QByteArray &png, PixelSize bounds)
+{
+    std::optional<PngRows> rows = bounds.isEmpty() ? std::nullopt : PngRows::open(png);
+    if (!rows || isWithin(rows->size(), bounds)) {
+        return {};
+    }
+    AreaAverage average(rows->size(), fittingInto(rows->size(), bounds), AreaAverage::Layout::rgb);
+    for (int y = 0; y < rows->size().height; ++y) {
+        const unsigned char *const row = rows->next();
+        if (!row) {
+            return {};
+        }
+        average.addRow(row);
+    }
+    return average.result();
 }
 
 } // namespace
@@ -274,7 +310,14 @@ QImage Image::thumbnail(PixelSize bounds) const
             }
         }
     }
-    QImage made = scaledInto(pixels(), bounds);
+    QImage made;
+    if (!holdsPixels()) {
+        const PngBytes png = pngData();
+        made = png ? scaledInto(*png, bounds) : QImage();
+    }
+    if (made.isNull()) {
+        made = scaledInto(pixels(), bounds);
+    }
     const QMutexLocker lock(&m_shared->mutex);
     m_shared->keepThumbnail({bounds, made});
     return made;

@@ -58,8 +58,8 @@ public:
     void whenEncoded(QObject *context, std::function<void(std::optional<QByteArray>)> done) const;
 
     /// A copy of the picture scaled down to fit into `bounds` pixels, its proportions kept, and never scaled up; made
-    /// once for each of the latest few bounds. Decodes the pixels if they were released, which takes a tenth of a
-    /// second for a whole 4K desktop. Null when there are no pixels or no room.
+    /// once for each of the latest few bounds. Reads the bytes if the pixels were released, which takes some 50
+    /// milliseconds for a whole 4K desktop. Null when there are no pixels or no room.
     [[nodiscard]] QImage thumbnail(PixelSize bounds) const;
     /// The largest of the thumbnails that are at hand, at once; null when there is none.
     [[nodiscard]] QImage readyThumbnail() const;
