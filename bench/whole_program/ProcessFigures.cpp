@@ -39,15 +39,25 @@ std::map<std::string, long long> switchesOf(pid_t process)
     return switches;
 }
 
-} // namespace
-
-double proportionalMemory(pid_t process)
+double mebibytes(pid_t process, const char *label)
 {
-    const long long kibibytes = sumOf(folderOf(process) / "smaps_rollup", "Pss:");
+    const long long kibibytes = sumOf(folderOf(process) / "smaps_rollup", label);
     if (kibibytes == 0) {
         throw std::runtime_error("the memory of process " + std::to_string(process) + " cannot be read");
     }
     return static_cast<double>(kibibytes) / 1024;
+}
+
+} // namespace
+
+double proportionalMemory(pid_t process)
+{
+    return mebibytes(process, "Pss:");
+}
+
+double privateMemory(pid_t process)
+{
+    return mebibytes(process, "Private_Dirty:");
 }
 
 double wakeUpsPerSecond(pid_t process, std::chrono::seconds period)

@@ -1,0 +1,146 @@
+/// How long people wait for two hundred stored cards of a 4K desktop when the program starts, and what the cards cost
+/// when nobody looks at them, measured from outside. Usage: restart_with_cards [rounds]; LUMENFOLD_BINARY names another
+/// program.
+#include "bench/DesktopPicture.h"
+#include "bench/whole_program/ProcessFigures.h"
+#include "bench/whole_program/Timing.h"
+#include "platform/image/PngEncoder.h"
+#include "tests/support/desktop/Desktop.h"
+
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace lumenfold::bench {
+namespace {
+
+using namespace test;
+
+constexpr QSize desktopSize{3840, 2160};
+constexpr int cardCount = 200;
+constexpr std::chrono::seconds timeToComeToRest{5};
+
+void print(const char *what, const QString &figure)
+{
+    std::printf("| %-62s | %16s |\n", what, qPrintable(figure));
+    std::fflush(stdout);
+}
+
+QString inMilliseconds(const Samples &samples)
+{
+    return QStringLiteral("%1 (max %2)")
+        .arg(samples.median().count(), 0, 'f', 1)
+        .arg(samples.slowest().count(), 0, 'f', 1);
+}
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        throw std::runtime_error("the cards cannot be written");
+    }
+}
+
+/// Cards with files of their own each, images and editor source images, of a few different pictures.
+void storeCards(const QString &folder)
+{
+    std::vector<QByteArray> pictures;
+    QImage picture = desktopPicture(desktopSize);
+    for (const QColor color : {Qt::red, Qt::green, Qt::blue, Qt::yellow}) {
+        for (int x = 0; x < picture.width(); ++x) {
+            picture.setPixelColor(x, 10, color);
+        }
+        pictures.push_back(PngEncoder::encodeAndWait(picture).value());
+    }
+    QDir().mkpath(folder);
+    QJsonArray manifest;
+    for (int number = 0; number < cardCount; ++number) {
+        const QString id = QStringLiteral("card-%1").arg(number);
+        const QByteArray &png = pictures[static_cast<std::size_t>(number) % pictures.size()];
+        writeFile(folder + u'/' + id + QStringLiteral(".png"), png);
+        writeFile(folder + u'/' + id + QStringLiteral("-source.png"), png);
+        manifest.append(QJsonObject{
+            {QStringLiteral("id"), id}, {QStringLiteral("editorSourceId"), id}, {QStringLiteral("isPinned"), false}});
+    }
+    writeFile(folder + QStringLiteral("/manifest.json"), QJsonDocument(manifest).toJson(QJsonDocument::Compact));
+    print("bytes of one stored image", QString::number(pictures.front().size()));
+}
+
+/// The part of the screen on which cards stand.
+QRect columnOf(const Desktop &desktop)
+{
+    QRect column;
+    for (const WindowInfo &panel : desktop.panels()) {
+        column |= panel.frame;
+    }
+    return column & QRect(QPoint(0, 0), desktopSize);
+}
+
+void measure(int rounds)
+{
+    Desktop desktop({.size = desktopSize, .compositor = CompositorKind::plain});
+    storeCards(desktop.folders().data() + QStringLiteral("/LumenFold/cards"));
+    desktop.paintBackground(desktopPicture(desktopSize));
+    desktop.pointer().moveTo({2600, 300});
+
+    // What it comes to look like.
+    desktop.startProgram();
+    std::this_thread::sleep_for(timeToComeToRest);
+    const QImage finished = desktop.waitForStillPicture();
+    const QRect column = columnOf(desktop);
+    if (column.isEmpty()) {
+        throw std::runtime_error("no cards came back");
+    }
+    print("cards' windows on the screen", QString::number(desktop.panels().size()));
+    print("private memory at rest, MiB", QString::number(privateMemory(desktop.program().pid()), 'f', 1));
+    print("memory (PSS) at rest, MiB", QString::number(proportionalMemory(desktop.program().pid()), 'f', 1));
+    desktop.quitProgram();
+
+    Samples bound;
+    Samples painted;
+    for (int round = 0; round < rounds; ++round) {
+        const Clock::time_point start = Clock::now();
+        desktop.startProgram();
+        bound.values.emplace_back(Clock::now() - start);
+        waitUntil("the cards", [&] { return differingPixels(desktop.picture(column), finished.copy(column)) == 0; });
+        painted.values.emplace_back(Clock::now() - start);
+        desktop.quitProgram();
+    }
+    print("start to hotkeys bound, ms", inMilliseconds(bound));
+    print("start to all cards of the column as they stay, ms", inMilliseconds(painted));
+}
+
+} // namespace
+} // namespace lumenfold::bench
+
+int main(int argc, char **argv)
+{
+    constexpr int defaultRounds = 5;
+    const int rounds = argc > 1 ? std::atoi(argv[1]) : defaultRounds;
+    if (rounds < 1) {
+        std::fprintf(stderr, "usage: restart_with_cards [rounds]\n");
+        return 2;
+    }
+    // Only for the fonts of the painted desktop; Qt asks for a folder of the session, which there may be none of.
+    const lumenfold::test::PrivateFolders ownFolders;
+    qputenv("XDG_RUNTIME_DIR", ownFolders.path("runtime").toLocal8Bit());
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    try {
+        lumenfold::bench::measure(rounds);
+        return 0;
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "The measuring stopped: %s\n", error.what());
+        return 1;
+    }
+}
