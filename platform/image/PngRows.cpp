@@ -50,6 +50,8 @@ unsigned char paeth(int left, int above, int aboveLeft)
 /// Left of both rows lies a black pixel.
 bool unfilter(unsigned filter, unsigned char *row, const unsigned char *above, std::size_t bytes)
 {
+    const unsigned char *const left = row - pixelBytes;
+    const unsigned char *const aboveLeft = above - pixelBytes;
     const auto add = [row](std::size_t at, int value) { row[at] = static_cast<unsigned char>(row[at] + value); };
     switch (filter) {
     case 0:
@@ -72,12 +74,12 @@ bool unfilter(unsigned filter, unsigned char *row, const unsigned char *above, s
         return true;
     case 3:
         for (std::size_t at = 0; at < bytes; ++at) {
-            add(at, (row[at - pixelBytes] + above[at]) / 2);
+            add(at, (left[at] + above[at]) / 2);
         }
         return true;
     case 4:
         for (std::size_t at = 0; at < bytes; ++at) {
-            add(at, paeth(row[at - pixelBytes], above[at], above[at - pixelBytes]));
+            add(at, paeth(left[at], above[at], aboveLeft[at]));
         }
         return true;
     default:
