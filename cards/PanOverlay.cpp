@@ -19,7 +19,7 @@ void PanOverlayView::mousePressEvent(QMouseEvent *event)
         event->ignore();
         return;
     }
-    m_drag.begin();
+    m_drag.begin(event->globalPosition());
     if (const auto callback = m_overlay.onBegan) {
         callback();
     }
@@ -39,7 +39,7 @@ void PanOverlayView::mouseDoubleClickEvent(QMouseEvent *event)
 
 void PanOverlayView::mouseMoveEvent(QMouseEvent *event)
 {
-    const auto translation = m_drag.translation();
+    const auto translation = m_drag.translationTo(event->globalPosition());
     if (!translation) {
         event->ignore();
     } else if (!event->buttons().testFlag(Qt::LeftButton)) {

@@ -62,7 +62,9 @@ QCursor makeResizeCursor(Diagonal diagonal, double devicePixelRatio)
     }
     draw({margin, margin}, Qt::black);
     painter.end();
-    // The middle of the picture, which is what no position means.
+    // The hot spot is the middle of the picture, which is what no position means. On X11 it counts device pixels, and
+    // so must the picture, or the toolkit takes the middle in points.
+    canvas.setDevicePixelRatio(1);
     return QCursor(canvas);
 }
 

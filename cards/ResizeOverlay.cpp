@@ -64,7 +64,7 @@ void ResizeOverlayView::mousePressEvent(QMouseEvent *event)
         return;
     }
     m_corner = *corner;
-    m_drag.begin();
+    m_drag.begin(event->globalPosition());
     if (const auto callback = m_overlay.onBegan) {
         callback(m_corner);
     }
@@ -73,7 +73,7 @@ void ResizeOverlayView::mousePressEvent(QMouseEvent *event)
 
 void ResizeOverlayView::mouseMoveEvent(QMouseEvent *event)
 {
-    const auto translation = m_drag.translation();
+    const auto translation = m_drag.translationTo(event->globalPosition());
     if (!translation) {
         event->ignore();
         return;

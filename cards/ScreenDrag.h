@@ -2,6 +2,8 @@
 
 #include "platform/geometry/Geometry.h"
 
+#include <QPointF>
+
 #include <optional>
 
 namespace lumenfold {
@@ -15,11 +17,13 @@ public:
     /// `screens` must outlive this.
     explicit ScreenDrag(const Screens &screens) : m_screens(screens) {}
 
-    void begin();
+    /// `place` is the press's own in the toolkit's global coordinates: by the time it is handled the pointer may be
+    /// somewhere else.
+    void begin(QPointF place);
     void end() { m_startMouse.reset(); }
     [[nodiscard]] bool isActive() const { return m_startMouse.has_value(); }
-    /// The whole way since the beginning in points, y upwards; nothing while no drag goes on.
-    [[nodiscard]] std::optional<Size> translation() const;
+    /// The whole way from the press to `place`, in points, y upwards; nothing while no drag goes on.
+    [[nodiscard]] std::optional<Size> translationTo(QPointF place) const;
 
 private:
     const Screens &m_screens;

@@ -4,6 +4,12 @@
 
 namespace lumenfold {
 
+Point Screens::fromToolkit(QPointF place) const
+{
+    const Rect frame = main().value_or(Screen()).frame;
+    return {frame.minX() + place.x(), frame.maxY() - place.y()};
+}
+
 std::optional<Screen> Screens::main() const
 {
     const std::vector<Screen> screens = all();

@@ -3,6 +3,7 @@
 #include "platform/geometry/Geometry.h"
 
 #include <QObject>
+#include <QPointF>
 
 #include <cstdint>
 #include <optional>
@@ -40,6 +41,10 @@ public:
 
     /// The pointer in global points.
     [[nodiscard]] virtual Point pointerLocation() const = 0;
+
+    /// A place that the toolkit tells in its own global coordinates, such as that of a mouse event, in global points.
+    /// Unless a backend knows better, these are the main screen's points from its upper left corner, y downwards.
+    [[nodiscard]] virtual Point fromToolkit(QPointF place) const;
 
     /// The primary screen; nothing while there is no screen.
     [[nodiscard]] std::optional<Screen> main() const;

@@ -102,6 +102,11 @@ Point X11Screens::pointerLocation() const
     return space().fromNative(QPointF((*pointer)->root_x, (*pointer)->root_y));
 }
 
+Point X11Screens::fromToolkit(QPointF place) const
+{
+    return space().fromQt(place);
+}
+
 const ScreenSpace &X11Screens::space() const
 {
     if (!m_space) {

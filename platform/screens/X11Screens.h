@@ -24,6 +24,7 @@ public:
 
     [[nodiscard]] std::vector<Screen> all() const override;
     [[nodiscard]] Point pointerLocation() const override;
+    [[nodiscard]] Point fromToolkit(QPointF place) const override;
 
     /// The present conversion between pixels, the toolkit's coordinates and points. Changed when changed() is emitted.
     [[nodiscard]] const ScreenSpace &space() const;

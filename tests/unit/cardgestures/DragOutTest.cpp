@@ -34,8 +34,15 @@ protected:
     DragOutTest()
     {
         m_dragOut->now = [this] { return m_now; };
-        m_dragOut->setImage(m_image);
+        setImage(m_image);
         m_shown.fill(Qt::red);
+    }
+
+    /// Encoded, so that nothing but the file is waited for.
+    void setImage(const Image &image)
+    {
+        (void)image.pngData();
+        m_dragOut->setImage(image);
     }
 
     void pointerDragged() { m_dragOut->pointerDragged({.view = m_view.get(), .picture = m_shown, .hotSpot = {8, 6}}); }
@@ -43,7 +50,6 @@ protected:
     /// Until everything that was begun is done.
     static void settle()
     {
-        (void)picture(Qt::black).pngData();
         for (int turn = 0; turn < 20; ++turn) {
             QThreadPool::globalInstance()->waitForDone();
             QCoreApplication::sendPostedEvents();
@@ -54,7 +60,6 @@ protected:
     /// One drag from the press to the release.
     void drag()
     {
-        (void)m_image.pngData();
         pointerDragged();
         settle();
     }
@@ -99,7 +104,7 @@ TEST_F(DragOutTest, anotherPictureGetsAnotherFileAndTheFirstStays)
 {
     drag();
     m_now += 1;
-    m_dragOut->setImage(picture(Qt::yellow));
+    setImage(picture(Qt::yellow));
     EXPECT_EQ(m_dragOut->filePath(), std::nullopt);
     drag();
     ASSERT_THAT(m_sessions.drags, SizeIs(2));
@@ -152,7 +157,6 @@ TEST_F(DragOutTest, nothingIsDraggedOnceTheButtonWasLetGo)
 
 TEST_F(DragOutTest, onlyOneDragAtATime)
 {
-    (void)m_image.pngData();
     for (int movement = 0; movement < 10; ++movement) {
         pointerDragged();
     }
@@ -166,7 +170,6 @@ TEST_F(DragOutTest, onlyOneDragAtATime)
 
 TEST_F(DragOutTest, aViewMayGoAtAnyTime)
 {
-    (void)m_image.pngData();
     pointerDragged();
     m_view.reset();
     settle();
@@ -183,7 +186,6 @@ TEST_F(DragOutTest, aViewMayGoAtAnyTime)
 
 TEST_F(DragOutTest, aDragThatIsGoneBeforeItsFileIsThereIsNotMissed)
 {
-    (void)m_image.pngData();
     pointerDragged();
     QCoreApplication::sendPostedEvents();
     m_dragOut.reset();
@@ -206,7 +208,6 @@ TEST_F(DragOutTest, aFolderThatCannotBeMadeIsLogged)
     DragFolder folder(missing);
     DragOut dragOut(m_sessions, folder);
     dragOut.setImage(m_image);
-    (void)m_image.pngData();
     expectLogLine(u"LumenFold: failed to write drag temp file: No such file or directory"_s);
     dragOut.pointerDragged({.view = m_view.get(), .picture = m_shown});
     settle();
@@ -225,7 +226,7 @@ TEST_F(DragOutTest, aFileThatCannotBeWrittenIsLogged)
     const QString path = m_sessions.drags.front().path;
     QFile::remove(path);
     ASSERT_TRUE(QDir().mkpath(path + u"/in the way"_s));
-    m_dragOut->setImage(picture(Qt::yellow));
+    setImage(picture(Qt::yellow));
     expectLogLine(u"LumenFold: failed to write drag temp file: Is a directory"_s);
     drag();
     EXPECT_THAT(m_sessions.drags, SizeIs(1));

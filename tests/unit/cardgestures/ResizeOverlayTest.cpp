@@ -23,6 +23,8 @@ constexpr QPointF upperLeft{60, 60};
 constexpr QPointF lowerRight{344, 244};
 constexpr QPointF middle{200, 150};
 
+constexpr Point pressed{300, 400};
+
 class ResizeOverlayTest : public ::testing::Test {
 protected:
     ResizeOverlayTest()
@@ -31,7 +33,6 @@ protected:
         m_beneath.setGeometry(m_window.rect());
         m_overlay.setGeometry(m_window.rect());
         m_overlay.apply(overlay(22));
-        m_screens.setPointerLocation({300, 400});
     }
 
     ResizeOverlay overlay(double grab)
@@ -58,11 +59,7 @@ protected:
         }
     }
 
-    void moveTo(Point place)
-    {
-        m_screens.setPointerLocation(place);
-        sendMouse(m_overlay, QEvent::MouseMove, middle);
-    }
+    void moveTo(Point place) { sendMouse(m_overlay, QEvent::MouseMove, middle, place); }
 
     /// The pointer, as the toolkit sees it and as the monitors report it.
     void pointAt(QPointF place)
@@ -86,24 +83,24 @@ protected:
 TEST_F(ResizeOverlayTest, tellsWhichCornerIsDraggedHowFar)
 {
     m_window.show();
-    EXPECT_TRUE(sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft + QPointF(20, 20)));
+    EXPECT_TRUE(sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft + QPointF(20, 20), pressed));
     moveTo({310, 380});
     moveTo({260, 430});
-    sendMouse(m_overlay, QEvent::MouseButtonRelease, upperLeft);
+    sendMouse(m_overlay, QEvent::MouseButtonRelease, upperLeft, pressed);
     EXPECT_EQ(m_told, QStringList({u"topLeft began"_s, u"topLeft 10 -20"_s, u"topLeft -40 30"_s, u"ended"_s}));
 
     m_told.clear();
-    sendMouse(m_overlay, QEvent::MouseButtonPress, lowerRight);
-    sendMouse(m_overlay, QEvent::MouseButtonRelease, lowerRight);
+    sendMouse(m_overlay, QEvent::MouseButtonPress, lowerRight, pressed);
+    sendMouse(m_overlay, QEvent::MouseButtonRelease, lowerRight, pressed);
     EXPECT_EQ(m_told, QStringList({u"bottomRight began"_s, u"ended"_s}));
 }
 
 TEST_F(ResizeOverlayTest, aPressBesideTheCornersIsForWhatLiesBeneath)
 {
     m_window.show();
-    EXPECT_FALSE(sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft + QPointF(23, 0)));
-    EXPECT_FALSE(sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft + QPointF(0, 23)));
-    EXPECT_FALSE(sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft, Qt::RightButton));
+    EXPECT_FALSE(sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft + QPointF(23, 0), pressed));
+    EXPECT_FALSE(sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft + QPointF(0, 23), pressed));
+    EXPECT_FALSE(sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft, pressed, Qt::RightButton));
     EXPECT_THAT(m_told, IsEmpty());
 
     EXPECT_EQ(m_window.childAt(upperLeft.toPoint() + QPoint(22, 22)), &m_overlay);
@@ -117,7 +114,7 @@ TEST_F(ResizeOverlayTest, withoutAGrabAllOfItIsForWhatLiesBeneath)
 {
     m_overlay.apply(overlay(0));
     m_window.show();
-    EXPECT_FALSE(sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft));
+    EXPECT_FALSE(sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft, pressed));
     EXPECT_EQ(m_window.childAt(upperLeft.toPoint()), &m_beneath);
     EXPECT_TRUE(m_overlay.hotRegion().isEmpty());
 
@@ -170,7 +167,7 @@ TEST_F(ResizeOverlayTest, theArrowIsSetOnlyByTheViewThatOwesIt)
 TEST_F(ResizeOverlayTest, theCursorStaysWhileACornerIsDragged)
 {
     m_window.show();
-    sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft);
+    sendMouse(m_overlay, QEvent::MouseButtonPress, upperLeft, pressed);
     EXPECT_TRUE(showsResizeCursor());
     pointAt(middle);
     EXPECT_TRUE(showsResizeCursor());
@@ -178,14 +175,14 @@ TEST_F(ResizeOverlayTest, theCursorStaysWhileACornerIsDragged)
     moveTo({310, 380});
     EXPECT_TRUE(showsResizeCursor());
 
-    sendMouse(m_overlay, QEvent::MouseButtonRelease, upperLeft);
+    sendMouse(m_overlay, QEvent::MouseButtonRelease, upperLeft, pressed);
     EXPECT_EQ(m_overlay.cursor().shape(), Qt::ArrowCursor);
 }
 
 TEST_F(ResizeOverlayTest, aViewThatIsTakenOffTheScreenEndsItsDrag)
 {
     m_window.show();
-    sendMouse(m_overlay, QEvent::MouseButtonPress, lowerRight);
+    sendMouse(m_overlay, QEvent::MouseButtonPress, lowerRight, pressed);
     m_window.hide();
     EXPECT_EQ(m_told, QStringList({u"bottomRight began"_s, u"ended"_s}));
 }
@@ -210,9 +207,10 @@ TEST(ResizeCursor, twoDiagonalsEachMadeOnce)
 
 TEST(ResizeCursor, aBlackArrowWithAWhiteRim)
 {
-    const QImage picture = resizeCursor(PreviewResizeCorner::topLeft, 2).pixmap().toImage();
+    const QCursor cursor = resizeCursor(PreviewResizeCorner::topLeft, 2);
+    const QImage picture = cursor.pixmap().toImage();
     EXPECT_EQ(picture.size(), QSize(42, 42));
-    EXPECT_EQ(picture.devicePixelRatio(), 2);
+    EXPECT_EQ(cursor.hotSpot(), QPoint(21, 21));
     EXPECT_EQ(picture.pixelColor(21, 21), QColor(Qt::black));
     EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 0);
     EXPECT_EQ(picture.pixelColor(41, 0).alpha(), 0);
