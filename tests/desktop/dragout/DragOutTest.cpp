@@ -1,0 +1,183 @@
+/// Cards that are dragged onto other programs' windows.
+#include "tests/desktop/DesktopSetting.h"
+#include "tests/support/desktop/DesktopTest.h"
+#include "tests/support/desktop/DropTarget.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QUrl>
+
+namespace lumenfold::test {
+namespace {
+
+class DragOut : public DesktopTest, public ::testing::WithParamInterface<DesktopSetting> {
+protected:
+    /// A desktop with one card.
+    Desktop &startWithCard(const QImage &background = {})
+    {
+        Desktop &desktop = start(GetParam().options());
+        desktop.paintBackground(background.isNull() ? knownPicture(cardFriendlyScreen * GetParam().scale) : background);
+        desktop.pointer().moveTo({pixels(1200), pixels(100)});
+        desktop.press("Super+Alt+1");
+        desktop.waitForClipboard();
+        desktop.waitForPanels(1);
+        desktop.waitForStillPicture();
+        m_png = desktop.clipboardPng();
+        m_card = CardColumn{.workArea = desktop.workArea(), .scale = GetParam().scale}.slot(0);
+        return desktop;
+    }
+
+    [[nodiscard]] int pixels(int points) const { return points * GetParam().scale; }
+    [[nodiscard]] QRect pixels(QRect points) const
+    {
+        return {points.topLeft() * GetParam().scale, points.size() * GetParam().scale};
+    }
+
+    /// Takes hold of the card's picture, outside the buttons that come with the pointer, and drags it there.
+    void dragTo(DropTarget &target, QPoint place, DropManner manner = DropManner::takesTheDrop)
+    {
+        Pointer &pointer = m_desktop->pointer();
+        const QPoint from = m_card.topLeft() + QPoint(pixels(CardColumn::hitMargin + 6), pixels(70));
+        pointer.moveTo(from);
+        pointer.down();
+        pointer.moveTo(from + QPoint(pixels(30), 0));
+        // The file is made, and the drag begins.
+        EXPECT_TRUE(target.waitFor([&] {
+            pointer.moveTo(place + QPoint(m_nudge = !m_nudge, 0));
+            return target.isEntered() && (target.isAnswerKnown() || manner == DropManner::neverAnswers);
+        }));
+    }
+
+    /// Where it is. Movements with a button held are none to the column, so one follows without.
+    void letGo()
+    {
+        Pointer &pointer = m_desktop->pointer();
+        pointer.up();
+        pointer.moveTo(pointer.place() + QPoint(1, 1));
+    }
+
+    QByteArray m_png;
+    QRect m_card;
+    bool m_nudge = false;
+};
+
+TEST_P(DragOut, AnotherProgramGetsTheFile)
+{
+    Desktop &desktop = startWithCard();
+    DropTarget target(desktop.server(), {.frame = pixels(QRect(700, 200, 300, 200))});
+    dragTo(target, pixels(QRect(700, 200, 300, 200)).center());
+    ASSERT_FALSE(target.offered().isEmpty());
+    EXPECT_EQ(target.offered().first(), "text/uri-list");
+    EXPECT_TRUE(target.offered().contains("image/png"));
+    EXPECT_TRUE(target.waitFor([&] { return target.proposedAction() == "XdndActionCopy"; }));
+
+    letGo();
+    EXPECT_TRUE(target.waitFor([&] { return target.finishedDrops() == 1; }));
+    ASSERT_EQ(target.received().size(), 1);
+    const QByteArray addresses = target.received().first();
+    EXPECT_TRUE(addresses.endsWith("\r\n"));
+    const QString path = QUrl::fromEncoded(addresses.trimmed()).toLocalFile();
+    EXPECT_TRUE(QFileInfo(path).fileName().startsWith(QStringLiteral("LumenFold Screenshot ")));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), m_png);
+    // The card is where it was, and works.
+    EXPECT_EQ(desktop.waitForPanels(1).first().frame, m_card);
+
+    // The file goes with the program.
+    desktop.quitProgram();
+    EXPECT_FALSE(QFile::exists(path));
+}
+
+TEST_P(DragOut, ATargetThatAsksTwiceGetsTheSameTwice)
+{
+    Desktop &desktop = startWithCard();
+    const QRect place = pixels(QRect(700, 200, 300, 200));
+    DropTarget target(desktop.server(),
+                      {.frame = place, .asksFor = {"text/uri-list", "image/png", "text/uri-list", "image/png"}});
+    dragTo(target, place.center());
+    letGo();
+    EXPECT_TRUE(target.waitFor([&] { return target.finishedDrops() == 1; }));
+    ASSERT_EQ(target.received().size(), 4);
+    EXPECT_EQ(target.received()[0], target.received()[2]);
+    EXPECT_EQ(target.received()[1], m_png);
+    EXPECT_EQ(target.received()[3], m_png);
+
+    // The same file the next time.
+    const QByteArray first = target.received().first();
+    dragTo(target, place.center());
+    letGo();
+    EXPECT_TRUE(target.waitFor([&] { return target.finishedDrops() == 2; }));
+    EXPECT_EQ(target.received()[4], first);
+}
+
+TEST_P(DragOut, ATargetThatNeverAnswersHoldsNobodyUp)
+{
+    Desktop &desktop = startWithCard();
+    const QRect place = pixels(QRect(700, 200, 300, 200));
+    DropTarget silent(desktop.server(), {.frame = place, .manner = DropManner::neverAnswers});
+    dragTo(silent, place.center(), DropManner::neverAnswers);
+    letGo();
+
+    // The program goes on: a capture, and another drag to somebody who answers.
+    desktop.press("Super+Alt+1");
+    desktop.waitForClipboard();
+    desktop.waitForPanels(2);
+    const QRect other = pixels(QRect(700, 500, 300, 200));
+    DropTarget target(desktop.server(), {.frame = other});
+    dragTo(target, other.center());
+    letGo();
+    EXPECT_TRUE(target.waitFor([&] { return target.finishedDrops() == 1; }));
+}
+
+TEST_P(DragOut, WhatIsRefusedIsNotDropped)
+{
+    Desktop &desktop = startWithCard();
+    const QRect place = pixels(QRect(700, 200, 300, 200));
+    DropTarget target(desktop.server(), {.frame = place, .manner = DropManner::refuses});
+    dragTo(target, place.center());
+    letGo();
+    EXPECT_TRUE(target.waitFor([&] { return !target.isEntered(); }));
+    EXPECT_EQ(target.drops(), 0);
+    EXPECT_TRUE(desktop.isProgramRunning());
+}
+
+TEST_P(DragOut, TheProgramGoesOnWhileSomethingIsDragged)
+{
+    Desktop &desktop = startWithCard();
+    const QRect place = pixels(QRect(700, 200, 300, 200));
+    DropTarget target(desktop.server(), {.frame = place});
+    dragTo(target, place.center());
+
+    // A capture takes the card off the screen, and with it the drag.
+    desktop.press("Super+Alt+1");
+    desktop.waitForClipboard();
+    EXPECT_TRUE(target.waitFor([&] { return !target.isEntered(); }));
+    letGo();
+    desktop.waitForPanels(2);
+    EXPECT_EQ(target.drops(), 0);
+
+    dragTo(target, place.center());
+    letGo();
+    EXPECT_TRUE(target.waitFor([&] { return target.finishedDrops() == 1; }));
+}
+
+TEST_P(DragOut, AClickIsNoDrag)
+{
+    Desktop &desktop = startWithCard();
+    DropTarget target(desktop.server(), {.frame = pixels(QRect(700, 200, 300, 200))});
+    desktop.pointer().click(m_card.topLeft() + QPoint(pixels(CardColumn::hitMargin + 6), pixels(70)));
+    desktop.pointer().moveTo(pixels(QRect(700, 200, 300, 200)).center());
+    EXPECT_FALSE(target.isEntered());
+    EXPECT_TRUE(staysTrue([&] { return !target.waitFor([] { return true; }) || !target.isEntered(); },
+                          std::chrono::milliseconds(200)));
+}
+
+INSTANTIATE_TEST_SUITE_P(On, DragOut,
+                         ::testing::Values(DesktopSetting{"Openbox"},
+                                           DesktopSetting{"OpenboxPicomScale2", WindowManagerKind::openbox,
+                                                          CompositorKind::plain, 2}),
+                         DesktopSetting::nameOf);
+
+} // namespace
+} // namespace lumenfold::test
