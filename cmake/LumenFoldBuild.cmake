@@ -48,11 +48,13 @@ function(lumenfold_module target)
     target_link_libraries(${target} PUBLIC lumenfold_options ${arg_LINKS})
 endfunction()
 
-# lumenfold_test(<target> RING unit|components|desktop [TIMEOUT seconds] [ALONE] [SOURCES file...] [LINKS target...]): one
-# test program, found by CTest under the label of its ring and built by the target `tests_<ring>`. Tests that need a
-# display start their own. ALONE is for what measures time and must not share the machine with other tests.
+# lumenfold_test(<target> RING unit|components|desktop [TIMEOUT seconds] [ALONE] [SCALES number...] [SOURCES file...]
+# [LINKS target...]): one test program, found by CTest under the label of its ring and built by the target
+# `tests_<ring>`. Tests that need a display start their own. ALONE is for what measures time and must not share the
+# machine with other tests. With SCALES the program, whose main function is runGuiTests, runs once at each number of
+# device pixels per point: the toolkit reads the scale once, at its start.
 function(lumenfold_test target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "ALONE" "RING;TIMEOUT" "SOURCES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "ALONE" "RING;TIMEOUT" "SCALES;SOURCES;LINKS")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
@@ -61,10 +63,19 @@ function(lumenfold_test target)
     if(LUMENFOLD_PRECOMPILE_TESTS)
         target_precompile_headers(${target} REUSE_FROM lumenfold_test_support)
     endif()
-    add_test(NAME ${target} COMMAND ${target})
-    set_tests_properties(${target} PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT})
+    set(tests ${target})
+    if(arg_SCALES)
+        set(tests)
+        foreach(scale IN LISTS arg_SCALES)
+            add_test(NAME ${target}_at_scale_${scale} COMMAND ${target} --scale=${scale})
+            list(APPEND tests ${target}_at_scale_${scale})
+        endforeach()
+    else()
+        add_test(NAME ${target} COMMAND ${target})
+    endif()
+    set_tests_properties(${tests} PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT})
     if(arg_ALONE)
-        set_tests_properties(${target} PROPERTIES RUN_SERIAL TRUE)
+        set_tests_properties(${tests} PROPERTIES RUN_SERIAL TRUE)
     endif()
     if(NOT TARGET tests_${arg_RING})
         add_custom_target(tests_${arg_RING})

@@ -11,12 +11,24 @@ namespace {
 
 XServer *theServer = nullptr;
 
+int chosenScale(int argc, char **argv, int otherwise)
+{
+    const QByteArray option = "--scale=";
+    for (int index = 1; index < argc; ++index) {
+        const QByteArray argument(argv[index]);
+        if (argument.startsWith(option)) {
+            return argument.mid(option.size()).toInt();
+        }
+    }
+    return otherwise;
+}
+
 } // namespace
 
 int runGuiTests(int argc, char **argv, const GuiTestOptions &options)
 {
     ::testing::InitGoogleTest(&argc, argv);
-    XServer server({.size = options.size, .scale = options.scale});
+    XServer server({.size = options.size, .scale = chosenScale(argc, argv, options.scale)});
     const WindowManager windowManager(server, options.windowManager);
     const Compositor compositor(server, options.compositor);
     const PrivateFolders folders;

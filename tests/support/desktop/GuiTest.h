@@ -4,7 +4,7 @@
 #include "tests/support/desktop/XServer.h"
 
 /// For component tests that need a QApplication on a real X server. A test program of that kind has a main function of
-/// its own, which is one line: `return lumenfold::test::runGuiTests(argc, argv, {.scale = 2});`
+/// its own, which is one line: `return lumenfold::test::runGuiTests(argc, argv);`
 namespace lumenfold::test {
 
 struct GuiTestOptions {
@@ -15,7 +15,7 @@ struct GuiTestOptions {
 };
 
 /// Starts the server and what else is asked for, then a QApplication on it with private folders, then the tests with
-/// the log watched.
+/// the log watched. The command line may say another scale than the options: --scale=2.
 [[nodiscard]] int runGuiTests(int argc, char **argv, const GuiTestOptions &options = {});
 
 /// The server that runGuiTests started.

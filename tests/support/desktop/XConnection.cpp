@@ -1,5 +1,6 @@
 #include "tests/support/desktop/XConnection.h"
 
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 
@@ -69,7 +70,7 @@ QList<quint32> XConnection::cardinals(xcb_window_t window, const char *name) con
 {
     const QByteArray bytes = property(window, name);
     QList<quint32> values(bytes.size() / qsizetype(sizeof(quint32)));
-    std::memcpy(values.data(), bytes.constData(), static_cast<std::size_t>(values.size()) * sizeof(quint32));
+    std::copy_n(bytes.constData(), values.size() * qsizetype(sizeof(quint32)), reinterpret_cast<char *>(values.data()));
     return values;
 }
 

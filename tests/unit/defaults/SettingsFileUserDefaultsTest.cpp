@@ -36,7 +36,7 @@ TEST_F(SettingsFileUserDefaultsTest, AnEmptyStoreHoldsNothingAndMakesNoFile)
 TEST_F(SettingsFileUserDefaultsTest, WhatIsWrittenIsReadByAnotherStoreOfTheSameFile)
 {
     const QString awkward = QStringLiteral("/media/a b, c; \"d\" = %25 \\ ⌥⌘1 @ByteArray(x)");
-    const QByteArray bytes("{\"display\":\"\xe2\x8c\xa5\"}\0\n\xff", 25);
+    const QByteArray bytes("{\"display\":\"\xe2\x8c\xa5\"}\0\n\xff", 20);
     const std::vector<double> numbers{0.1, -3000.5, 1e-17, 300};
     m_defaults.setString(QStringLiteral("s"), awkward);
     m_defaults.setString(QStringLiteral("at"), QStringLiteral("@ByteArray(x)"));

@@ -2,5 +2,5 @@
 
 int main(int argc, char **argv)
 {
-    return lumenfold::test::runGuiTests(argc, argv, {.scale = 2});
+    return lumenfold::test::runGuiTests(argc, argv);
 }
