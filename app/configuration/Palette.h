@@ -47,7 +47,7 @@ inline constexpr AdaptiveColor previewCornerButtonBg{{250, 250, 252}, {58, 58, 6
 inline constexpr AdaptiveColor previewCornerButtonBorder = contrastLine(0.14);
 
 /// Around the marks at the corners by which a card is resized; the marks lie on pictures of any colour.
-inline constexpr AdaptiveColor resizeHandleBorder{{0, 0, 0, alpha(0.45)}, {0, 0, 0, alpha(0.6)}};
+inline constexpr AdaptiveColor resizeHandleBorder{{0, 0, 0, alpha(0.45)}, {255, 255, 255, alpha(0.55)}};
 
 inline constexpr AdaptiveColor stackPillBg{{217, 217, 219}, {58, 58, 60}};
 inline constexpr AdaptiveColor stackPillBorder = contrastLine(0.16);

@@ -9,6 +9,9 @@
 namespace lumenfold {
 namespace {
 
+/// From here on somebody wants to see the pixels themselves.
+constexpr int magnification = 4;
+
 QFuture<QImage> pictureOnPool(const Image &image, QSize device)
 {
     auto promise = std::make_shared<QPromise<QImage>>();
@@ -16,8 +19,10 @@ QFuture<QImage> pictureOnPool(const Image &image, QSize device)
     promise->start();
     QThreadPool::globalInstance()->start([promise = std::move(promise), image, device] {
         QImage pixels = image.pixels();
-        if (pixels.width() > device.width() && pixels.height() > device.height()) {
-            pixels = pixels.scaled(device, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        if (!pixels.isNull() && pixels.size() != device) {
+            const bool isMagnified = device.width() >= pixels.width() * magnification;
+            pixels = pixels.scaled(device, Qt::IgnoreAspectRatio,
+                                   isMagnified ? Qt::FastTransformation : Qt::SmoothTransformation);
         }
         promise->addResult(pixels);
         promise->finish();

@@ -18,10 +18,11 @@ public:
     explicit FullPicture(Image image);
     ~FullPicture() override;
 
-    /// To be shown in that many device pixels. Never scaled up.
+    /// To be shown in that many device pixels.
     void prepare(QSize device);
 
-    /// To be scaled to the window by whoever paints it. Null while there is nothing.
+    /// Null while there is nothing. The one that is complete has exactly the device pixels; until then it is to be
+    /// scaled by whoever paints it.
     [[nodiscard]] const QImage &picture() const { return m_picture; }
     /// Whether that is all that can be seen of it.
     [[nodiscard]] bool isComplete() const { return m_isComplete; }

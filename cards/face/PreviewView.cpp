@@ -133,7 +133,7 @@ PreviewView::PreviewView(std::shared_ptr<PreviewModel> model, const Collaborator
     addOverlays();
     addCornerButtons();
     follow();
-    show({.isBehind = m_model->deckBehind(), .isCollapsed = m_model->collapsed()});
+    arrange({.isBehind = m_model->deckBehind(), .isCollapsed = m_model->collapsed()});
 }
 
 PreviewView::~PreviewView() = default;
@@ -214,14 +214,14 @@ void PreviewView::follow()
     m_badge->setStatus(m_model->status());
     connect(m_model.get(), &PreviewModel::statusWillChange, m_badge, &StatusBadge::setStatus);
     connect(m_model.get(), &PreviewModel::deckBehindWillChange, this,
-            [this](bool next) { show({.isBehind = next, .isCollapsed = m_shown.isCollapsed}); });
+            [this](bool next) { arrange({.isBehind = next, .isCollapsed = m_shown.isCollapsed}); });
     connect(m_model.get(), &PreviewModel::collapsedWillChange, this,
-            [this](bool next) { show({.isBehind = m_shown.isBehind, .isCollapsed = next}); });
+            [this](bool next) { arrange({.isBehind = m_shown.isBehind, .isCollapsed = next}); });
     connect(&m_with.appearance, &Appearance::changed, this, qOverload<>(&QWidget::update));
     connect(&m_with.appearance, &Appearance::changed, m_frame, qOverload<>(&QWidget::update));
 }
 
-void PreviewView::show(const Shown &shown)
+void PreviewView::arrange(const Shown &shown)
 {
     m_shown = shown;
     const bool isFrontOfAll = !shown.isBehind && !shown.isCollapsed;
@@ -286,12 +286,22 @@ QRegion PreviewView::pointerShape() const
     return m_resize != nullptr && m_resize->isVisible() ? m_cardShape + m_resize->hotRegion() : m_cardShape;
 }
 
-void PreviewView::paintEvent(QPaintEvent *)
+void PreviewView::paintEvent(QPaintEvent *event)
 {
-    if (!content().isEmpty() && m_with.panels.isTranslucencyAvailable()) {
-        QPainter painter(this);
-        paintShadow(painter, content(), cardShadow);
+    const QRect content = this->content();
+    if (content.isEmpty() || !m_with.panels.isTranslucencyAvailable()) {
+        return;
     }
+    // Beneath the picture, but for its round corners, nobody sees the shadow.
+    const auto corner = static_cast<int>(facestyle::cardCornerRadius);
+    const QRegion covered = QRegion(content.adjusted(corner, 0, -corner, 0)) + content.adjusted(0, corner, 0, -corner);
+    const QRegion seen = event->region() - covered;
+    if (seen.isEmpty()) {
+        return;
+    }
+    QPainter painter(this);
+    painter.setClipRegion(seen);
+    paintShadow(painter, content, cardShadow);
 }
 
 bool PreviewView::eventFilter(QObject *watched, QEvent *event)

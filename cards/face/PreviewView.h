@@ -77,7 +77,7 @@ private:
     void addOverlays();
     void addCornerButtons();
     void follow();
-    void show(const Shown &shown);
+    void arrange(const Shown &shown);
     void setHovering(bool hovering);
     [[nodiscard]] bool isPinned() const;
 

@@ -5,7 +5,7 @@
 #include "cards/face/Symbol.h"
 #include "platform/appearance/Appearance.h"
 
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QTimerEvent>
 
@@ -111,11 +111,12 @@ bool StatusBadge::hasIcon() const
 
 void StatusBadge::place()
 {
-    const QFontMetrics metrics(textFont());
+    const QFontMetricsF metrics(textFont());
     const int icon = hasIcon() ? iconSize + iconSpacing : 0;
-    const int wanted = metrics.horizontalAdvance(text()) + icon + 2 * horizontalPadding;
-    const int width = std::min(wanted, parentWidget()->width());
-    setGeometry((parentWidget()->width() - width) / 2, 0, width, metrics.height() + 2 * verticalPadding);
+    const int text = static_cast<int>(std::ceil(metrics.horizontalAdvance(this->text())));
+    const int height = static_cast<int>(std::ceil(metrics.height())) + 2 * verticalPadding;
+    const int width = std::min(text + icon + 2 * horizontalPadding, parentWidget()->width());
+    setGeometry((parentWidget()->width() - width) / 2, 0, width, height);
 }
 
 void StatusBadge::spinWhileSeen()

@@ -15,7 +15,11 @@ CardDesk::CardDesk()
     , m_screens(std::make_unique<X11Screens>(*m_screensConnection))
     , m_config(m_defaults, *m_screens, m_files)
     , m_panels(x11::X11Connection::open(), {.taps = m_taps, .screens = *m_screens})
-    , m_views(m_panels)
+    , m_views({.panels = m_panels,
+               .appearance = m_appearance,
+               .screens = *m_screens,
+               .monitors = m_monitors,
+               .actions = {.actions = m_actions, .config = m_config, .queue = m_queue, .workspace = m_workspace}})
 {
     m_controller =
         std::make_unique<PreviewWindowController>(PreviewWindowController::Collaborators{.panels = m_panels,

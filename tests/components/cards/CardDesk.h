@@ -1,18 +1,22 @@
 #pragma once
 
+#include "app/actions/ActionHandler.h"
 #include "app/configuration/AppConfig.h"
-#include "cards/BareImageView.h"
 #include "cards/PreviewWindowController.h"
+#include "cards/face/PreviewViews.h"
 #include "platform/mainqueue/QtMainQueue.h"
 #include "platform/panels/X11PanelFactory.h"
 #include "platform/screens/X11Screens.h"
 #include "platform/x11/X11Connection.h"
 
 #include "tests/support/desktop/GuiTest.h"
+#include "tests/support/fakes/FakeAppearance.h"
 #include "tests/support/fakes/FakeEventMonitors.h"
 #include "tests/support/fakes/FakeFileManager.h"
 #include "tests/support/fakes/FakeKeyEventTap.h"
+#include "tests/support/fakes/FakePasteboard.h"
 #include "tests/support/fakes/FakeUserDefaults.h"
+#include "tests/support/fakes/FakeWorkspace.h"
 
 #include <QImage>
 
@@ -51,7 +55,11 @@ private:
     AppConfig m_config;
     std::unique_ptr<Compositor> m_compositor;
     X11PanelFactory m_panels;
-    BareImageViews m_views;
+    FakePasteboard m_pasteboard;
+    ActionHandler m_actions{m_pasteboard, m_config};
+    FakeWorkspace m_workspace;
+    FakeAppearance m_appearance;
+    PreviewViews m_views;
     std::unique_ptr<PreviewWindowController> m_controller;
 };
 

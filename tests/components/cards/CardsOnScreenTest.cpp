@@ -77,8 +77,7 @@ TEST_F(CardsOnScreenTest, aWidePictureFillsTheCardWithItsMiddle)
     }
 
     const QRect card = show(picture);
-    const QImage scaled =
-        picture.scaled(size.width() * 3, size.height(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage scaled = Image::fromPixels(picture).thumbnail({size.width() * 3, size.height()});
     const QRect part = inside(card).translated(-card.topLeft()).translated(size.width(), 0);
     EXPECT_EQ(differingPixels(screen().copy(inside(card)), scaled.copy(part)), 0);
 }
@@ -111,9 +110,16 @@ TEST_F(CardsOnScreenTest, withoutACompositorNothingAroundTheRoundedCardIsTouched
 {
     const QRect card = show(knownPicture(firstCard().size()));
 
-    EXPECT_TRUE(card.contains(differingRegion(screen(), m_background)));
-    EXPECT_EQ(colourAt(card.topLeft()), m_background.pixelColor(0, 0));
+    // The round buttons at the upper corners reach 22 points out of the card.
+    const int outside = 22 * scale();
+    EXPECT_TRUE(card.adjusted(-outside, -outside, outside, 0).contains(differingRegion(screen(), m_background)));
+    EXPECT_EQ(colourAt(card.bottomLeft()), m_background.pixelColor(0, 0));
     EXPECT_EQ(colourAt(card.bottomRight()), m_background.pixelColor(0, 0));
+    EXPECT_EQ(colourAt({card.left() - 2 * scale(), card.center().y()}), m_background.pixelColor(0, 0));
+    EXPECT_EQ(colourAt({card.center().x(), card.top() - 2 * scale()}), m_background.pixelColor(0, 0));
+    const QPoint middleOfClose = card.topLeft() - QPoint(10, 10) * scale();
+    EXPECT_NE(colourAt(middleOfClose), m_background.pixelColor(0, 0));
+    EXPECT_EQ(colourAt(middleOfClose - QPoint(11, 11) * scale()), m_background.pixelColor(0, 0));
     EXPECT_NE(colourAt(card.center()), m_background.pixelColor(0, 0));
 }
 

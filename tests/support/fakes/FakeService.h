@@ -1,0 +1,62 @@
+#pragma once
+
+#include "service/ApiKeySetupWindow.h"
+#include "service/LumenfoldService.h"
+#include "service/TemplateSelection.h"
+
+#include <coroutine>
+#include <deque>
+#include <exception>
+#include <memory>
+#include <vector>
+
+namespace lumenfold::test {
+
+/// Uploads nothing. An operation goes on until the test ends it; a test ends every one that it lets begin.
+class FakeLumenfoldService : public LumenfoldService {
+public:
+    [[nodiscard]] QCoro::Task<QUrl> save(Image image) override;
+    [[nodiscard]] QCoro::Task<> openInLumenFold(Image image) override;
+
+    /// What was asked for, oldest first.
+    std::vector<Image> saved;
+    std::vector<Image> opened;
+    /// What save() answers.
+    QUrl address{QStringLiteral("https://files.example/picture.png")};
+
+    /// End the operation that began first among those that go on.
+    void succeed();
+    template <typename Error>
+    void fail(const Error &error)
+    {
+        end(std::make_exception_ptr(error));
+    }
+
+private:
+    struct Operation {
+        std::coroutine_handle<> coroutine;
+        std::exception_ptr error;
+    };
+    struct Ending;
+
+    [[nodiscard]] Ending ending();
+    void end(std::exception_ptr error);
+
+    std::deque<std::shared_ptr<Operation>> m_operations;
+};
+
+class FakeApiKeySetupWindow : public ApiKeySetupWindow {
+public:
+    void present() override { ++presentations; }
+
+    int presentations = 0;
+};
+
+class FakeTemplateSelection : public TemplateSelection {
+public:
+    [[nodiscard]] std::optional<QString> selectedId() const override { return selected; }
+
+    std::optional<QString> selected;
+};
+
+} // namespace lumenfold::test
