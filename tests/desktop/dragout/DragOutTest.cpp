@@ -3,8 +3,12 @@
 #include "tests/support/desktop/DesktopTest.h"
 #include "tests/support/desktop/DropTarget.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
+#include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QUrl>
 
 namespace lumenfold::test {
@@ -178,6 +182,96 @@ INSTANTIATE_TEST_SUITE_P(On, DragOut,
                                            DesktopSetting{"OpenboxPicomScale2", WindowManagerKind::openbox,
                                                           CompositorKind::plain, 2}),
                          DesktopSetting::nameOf);
+
+class LargeDragOut : public DragOut {};
+
+TEST_P(LargeDragOut, APictureTooLargeForOnePieceIsGivenAsAFile)
+{
+    // Noise, which nothing makes smaller.
+    QImage noise(cardFriendlyScreen * GetParam().scale, QImage::Format_RGB32);
+    QRandomGenerator random(1);
+    random.fillRange(reinterpret_cast<quint32 *>(noise.bits()), noise.sizeInBytes() / 4);
+    Desktop &desktop = startWithCard(noise);
+    // The server takes 16 MB at once, and the toolkit hands dropped data over in one piece.
+    ASSERT_GT(m_png.size(), 17'000'000);
+    const QRect place = pixels(QRect(700, 200, 300, 200));
+    DropTarget target(desktop.server(), {.frame = place, .asksFor = {"image/png", "text/uri-list"}});
+    dragTo(target, place.center());
+    EXPECT_FALSE(target.offered().contains("image/png"));
+    letGo();
+    EXPECT_TRUE(target.waitFor([&] { return target.finishedDrops() == 1; }));
+    ASSERT_EQ(target.received().size(), 2);
+    EXPECT_TRUE(target.received().first().isEmpty());
+    QFile file(QUrl::fromEncoded(target.received().last().trimmed()).toLocalFile());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), m_png);
+    EXPECT_TRUE(desktop.isProgramRunning());
+}
+
+INSTANTIATE_TEST_SUITE_P(On, LargeDragOut,
+                         ::testing::Values(DesktopSetting{"FourThousandPixels", WindowManagerKind::openbox,
+                                                          CompositorKind::none, 3}),
+                         DesktopSetting::nameOf);
+
+class FileManagerDrop : public DragOut {
+protected:
+    [[nodiscard]] std::optional<QRect> windowTitled(const QString &title) const
+    {
+        for (const WindowInfo &window : windowsOnScreen(m_desktop->connection())) {
+            if (window.title.contains(title)) {
+                return window.frame;
+            }
+        }
+        return std::nullopt;
+    }
+};
+
+TEST_P(FileManagerDrop, TheFileArrivesWholeInAFolder)
+{
+    const QString fileManager = QStandardPaths::findExecutable(QStringLiteral("pcmanfm"));
+    if (fileManager.isEmpty()) {
+        GTEST_SKIP() << "pcmanfm is not installed";
+    }
+    Desktop &desktop = startWithCard();
+    QTemporaryDir parent;
+    const QString name = QStringLiteral("droppedhere");
+    const QString folder = parent.filePath(name);
+    ASSERT_TRUE(QDir().mkpath(folder));
+    Process program({.program = fileManager,
+                     .arguments = {QStringLiteral("--no-desktop"), folder},
+                     .environment = desktop.environment()});
+    waitUntil("the file manager's window", [&] { return windowTitled(name).has_value(); });
+    desktop.waitForStillPicture();
+    const QRect window = *windowTitled(name);
+    // Its files, right of the places and beneath the bars.
+    const QPoint place(window.right() - window.width() / 4, window.center().y());
+
+    Pointer &pointer = desktop.pointer();
+    const QPoint from = m_card.topLeft() + QPoint(pixels(CardColumn::hitMargin + 6), pixels(70));
+    pointer.moveTo(from);
+    pointer.down();
+    pointer.moveTo(from + QPoint(pixels(30), 0));
+    // What is dropped before the window has answered that it takes it, it does not get.
+    EXPECT_TRUE(waitFor([&] { return desktop.panels().size() > 2; }));
+    for (int step = 0; step < 20; ++step) {
+        pointer.moveTo(place + QPoint(step, 0));
+        desktop.waitForStillPicture();
+    }
+    letGo();
+
+    EXPECT_TRUE(waitFor([&] {
+        const QStringList files = QDir(folder).entryList(QDir::Files);
+        return files.size() == 1 && QFileInfo(folder + u'/' + files.first()).size() == m_png.size();
+    }));
+    const QStringList files = QDir(folder).entryList(QDir::Files);
+    ASSERT_EQ(files.size(), 1);
+    EXPECT_TRUE(files.first().startsWith(QStringLiteral("LumenFold Screenshot ")));
+    QFile file(folder + u'/' + files.first());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), m_png);
+}
+
+INSTANTIATE_TEST_SUITE_P(On, FileManagerDrop, ::testing::Values(DesktopSetting{"Openbox"}), DesktopSetting::nameOf);
 
 } // namespace
 } // namespace lumenfold::test
