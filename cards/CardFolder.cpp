@@ -25,19 +25,21 @@ QString CardFolder::pathOf(const QString &name) const
     return m_path + u'/' + name;
 }
 
-std::optional<QByteArray> CardFolder::apply(const CardWrites &writes) const
+std::optional<QByteArray> CardFolder::apply(const CardWrites &writes, const std::function<void()> &onProgress) const
 {
     create();
     for (const Image &image : writes.imagesOfFiles()) {
         image.keepBytesOfFile();
+        onProgress();
     }
-    saveImages(writes);
+    saveImages(writes, onProgress);
     std::optional<QByteArray> list = writes.manifest() ? encodePersistedCards(*writes.manifest()) : std::nullopt;
     if (list && writeManifest(*list)) {
         list.reset();
     }
     for (const QString &name : writes.removals()) {
         QFile::remove(pathOf(name));
+        onProgress();
     }
     if (writes.manifest()) {
         removeImagesExcept(writes.namesToKeep());
@@ -50,11 +52,12 @@ bool CardFolder::writeManifest(QByteArrayView text) const
     return write(manifestFileName, text);
 }
 
-void CardFolder::saveImages(const CardWrites &writes) const
+void CardFolder::saveImages(const CardWrites &writes, const std::function<void()> &onProgress) const
 {
     const CardWrites::Save *written = nullptr;
     const std::vector<CardWrites::Save> saves = writes.saves();
     for (const CardWrites::Save &save : saves) {
+        onProgress();
         // A card's image usually is its editor source image, too.
         if (written && written->image == save.image &&
             replaceFileByLink(pathOf(save.name), pathOf(scratchFileName), pathOf(written->name))) {

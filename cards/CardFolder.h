@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -28,7 +29,8 @@ public:
     /// that is then on disk names no card whose images are missing, but for cards that were dismissed: images come
     /// before the list, and they go after it. Returns the text of a list that could not be written; when a disk was
     /// full, there may be room once nobody needs the images any more that went.
-    std::optional<QByteArray> apply(const CardWrites &writes) const;
+    /// `onProgress` is called again and again while the disk answers.
+    std::optional<QByteArray> apply(const CardWrites &writes, const std::function<void()> &onProgress) const;
     /// False when it cannot be written.
     [[nodiscard]] bool writeManifest(QByteArrayView text) const;
 
@@ -40,7 +42,7 @@ public:
     [[nodiscard]] std::vector<PersistedCard> manifest() const;
 
 private:
-    void saveImages(const CardWrites &writes) const;
+    void saveImages(const CardWrites &writes, const std::function<void()> &onProgress) const;
     [[nodiscard]] bool write(const QString &name, QByteArrayView bytes) const;
     void removeImagesExcept(const QSet<QString> &names) const;
 

@@ -7,6 +7,7 @@
 #include <QSet>
 #include <QThreadPool>
 
+#include <atomic>
 #include <utility>
 
 namespace lumenfold {
@@ -44,7 +45,18 @@ public:
         m_pool->start([self = shared_from_this()] { self->work(); });
     }
 
-    bool wait(std::chrono::milliseconds longest) { return m_pool->waitForDone(static_cast<int>(longest.count())); }
+    bool wait(std::chrono::milliseconds standstill)
+    {
+        while (true) {
+            const int before = m_progress;
+            if (m_pool->waitForDone(static_cast<int>(standstill.count()))) {
+                return true;
+            }
+            if (m_progress == before) {
+                return false;
+            }
+        }
+    }
 
     /// For a thread that hangs and cannot be waited for; the process ends without it.
     void abandonThread() { (void)m_pool.release(); }
@@ -70,7 +82,7 @@ private:
             const QMutexLocker lock(&m_mutex);
             active = m_active = std::make_shared<CardWrites>(std::exchange(m_waiting, {}));
         }
-        const std::optional<QByteArray> unwrittenManifest = m_folder.apply(*active);
+        const std::optional<QByteArray> unwrittenManifest = m_folder.apply(*active, [this] { ++m_progress; });
         {
             const QMutexLocker lock(&m_mutex);
             m_active.reset();
@@ -85,6 +97,7 @@ private:
     mutable QMutex m_mutex;
     CardWrites m_waiting;
     std::shared_ptr<const CardWrites> m_active;
+    std::atomic<int> m_progress = 0;
     std::unique_ptr<QThreadPool> m_pool;
 };
 
@@ -220,10 +233,10 @@ std::vector<PersistedCard> CardPersistence::readManifest()
     return cards;
 }
 
-bool CardPersistence::flush(std::chrono::milliseconds longest)
+bool CardPersistence::flush(std::chrono::milliseconds standstill)
 {
     handOver();
-    return m_worker->wait(longest);
+    return m_worker->wait(standstill);
 }
 
 void CardPersistence::scheduleWork()

@@ -20,7 +20,7 @@ namespace lumenfold {
 class CardPersistence : public CardStore {
 public:
     /// How long the program waits at its end for a disk that does not answer.
-    static constexpr std::chrono::milliseconds longestFlush{5000};
+    static constexpr std::chrono::milliseconds longestStandstill{5000};
 
     /// Where cards are kept, beneath the folder in which programs keep what they need.
     static constexpr QLatin1String relativePath{"LumenFold/cards"};
@@ -47,8 +47,8 @@ public:
     /// An id that comes again in the list is left out: it would be a second card with the same files.
     [[nodiscard]] std::vector<PersistedCard> readManifest() override;
 
-    /// Returns when everything that was asked for is done; false when that takes longer than `longest`.
-    bool flush(std::chrono::milliseconds longest = longestFlush);
+    /// Returns when everything that was asked for is done, or when for this long no file is; then it returns false.
+    bool flush(std::chrono::milliseconds standstill = longestStandstill);
 
 private:
     class Worker;

@@ -1,5 +1,7 @@
 #include "cards/CardPicture.h"
 
+#include "platform/image/EncodingPool.h"
+
 #include <QBrush>
 #include <QGuiApplication>
 #include <QPaintDevice>
@@ -25,7 +27,7 @@ QFuture<QImage> copyOnPool(const Image &image, PixelSize bounds)
     auto promise = std::make_shared<QPromise<QImage>>();
     QFuture<QImage> future = promise->future();
     promise->start();
-    QThreadPool::globalInstance()->start([promise = std::move(promise), image, bounds] {
+    decodingPool().start([promise = std::move(promise), image, bounds] {
         promise->addResult(image.thumbnail(bounds));
         promise->finish();
     });

@@ -12,10 +12,10 @@ namespace {
 /// Long enough for the pictures of one burst of captures to share their threads.
 constexpr std::chrono::milliseconds idleThreadLife{500};
 
-struct EncodingPool {
-    EncodingPool()
+struct PicturePool {
+    explicit PicturePool(const QString &name)
     {
-        pool.setObjectName(QStringLiteral("PngEncoder"));
+        pool.setObjectName(name);
         pool.setMaxThreadCount(std::max(2, QThread::idealThreadCount()));
         pool.setExpiryTimeout(static_cast<int>(idleThreadLife.count()));
     }
@@ -27,7 +27,13 @@ struct EncodingPool {
 
 QThreadPool &encodingPool()
 {
-    static EncodingPool instance;
+    static PicturePool instance(QStringLiteral("PngEncoder"));
+    return instance.pool;
+}
+
+QThreadPool &decodingPool()
+{
+    static PicturePool instance(QStringLiteral("PngDecoder"));
     return instance.pool;
 }
 
