@@ -2,6 +2,7 @@
 /// when nobody looks at them, measured from outside. Usage: restart_with_cards [rounds]; LUMENFOLD_BINARY names another
 /// program.
 #include "bench/DesktopPicture.h"
+#include "bench/whole_program/MainThreadWatch.h"
 #include "bench/whole_program/ProcessFigures.h"
 #include "bench/whole_program/Timing.h"
 #include "platform/image/PngEncoder.h"
@@ -108,15 +109,19 @@ void measure(int rounds)
 
     Samples bound;
     Samples painted;
+    Samples away;
     for (int round = 0; round < rounds; ++round) {
         const Clock::time_point start = Clock::now();
         desktop.startProgram();
         bound.values.emplace_back(Clock::now() - start);
+        MainThreadWatch watch(desktop.program().pid());
         waitUntil("the cards", [&] { return differingPixels(desktop.picture(column), finished.copy(column)) == 0; });
         painted.values.emplace_back(Clock::now() - start);
+        away.values.push_back(watch.longestAway());
         desktop.quitProgram();
     }
     print("start to hotkeys bound, ms", inMilliseconds(bound));
+    print("longest stay of the main thread away after that, ms", inMilliseconds(away));
     print("start to all cards of the column as they stay, ms", inMilliseconds(painted));
 }
 
