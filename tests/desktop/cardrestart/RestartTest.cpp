@@ -78,6 +78,18 @@ TEST_F(Restart, BringsTheCardsBack)
     EXPECT_TRUE(samePicture(desktop.waitForStillPicture(), before));
 }
 
+TEST_F(Restart, KeepsACardThatWasTakenJustBeforeTheEnd)
+{
+    Desktop &desktop = startHere();
+    desktop.startProgram();
+    desktop.press("Super+Alt+1");
+    desktop.waitForClipboard();
+    EXPECT_EQ(desktop.quitProgram(), Process::Exit{.status = 0});
+    const QJsonArray cards = manifest();
+    ASSERT_EQ(cards.size(), 1);
+    EXPECT_TRUE(samePicture(QImage(cardPath(cards[0][u"id"_s].toString() + u".png"_s)), m_background));
+}
+
 TEST_F(Restart, LeavesOutWhatItCannotRead)
 {
     Desktop &desktop = startHere();
