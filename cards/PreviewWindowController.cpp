@@ -264,9 +264,10 @@ void PreviewWindowController::placeStackCards(const std::vector<CardPointer> &ad
         const StackTarget &target = targets[index];
         card.model->setDeckBehind(target.isBehind);
         card.isCovered = target.isCovered;
-        card.panel->setFrame(target.frame);
+        card.isPlaced = !card.isCovered;
         card.layoutFrame = target.frame;
         if (!card.isCovered) {
+            card.panel->setFrame(target.frame);
             card.panel->setAlpha(0);
             m_panels.orderFront(*card.panel);
         }

@@ -75,6 +75,9 @@ public:
         std::optional<Rect> layoutFrame;
         /// Wholly beneath the next card of a deck, by the last layout.
         bool isCovered = false;
+        /// The panel has been sent to `layoutFrame`. A panel that is covered and off the screen is left where it is
+        /// until it is to be seen: there may be hundreds of them.
+        bool isPlaced = true;
     };
     using CardPointer = std::shared_ptr<Card>;
 

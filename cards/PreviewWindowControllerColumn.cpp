@@ -7,6 +7,8 @@
 
 #include <QPointer>
 
+#include <utility>
+
 namespace lumenfold {
 namespace {
 
@@ -58,6 +60,14 @@ void PreviewWindowController::sendToTarget(Card &card, const StackTarget &target
     card.model->setDeckBehind(target.isBehind);
     card.model->setCollapsed(m_isCollapsed && !m_isDeckRevealed);
     card.isCovered = target.isCovered;
+    if (card.isCovered && !card.panel->isVisible()) {
+        card.isPlaced = card.isPlaced && card.layoutFrame == target.frame;
+        card.layoutFrame = target.frame;
+        return;
+    }
+    if (!std::exchange(card.isPlaced, true) && card.layoutFrame) {
+        card.panel->setFrame(*card.layoutFrame);
+    }
     if (card.layoutFrame != target.frame) {
         card.layoutFrame = target.frame;
         card.panel->animate({.frame = target.frame, .duration = layoutDuration});
@@ -67,6 +77,7 @@ void PreviewWindowController::sendToTarget(Card &card, const StackTarget &target
 void PreviewWindowController::place(Card &card, const Rect &frame)
 {
     card.layoutFrame.reset();
+    card.isPlaced = true;
     card.panel->setFrame(frame);
 }
 

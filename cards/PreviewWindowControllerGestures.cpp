@@ -19,9 +19,12 @@ void PreviewWindowController::handleColumnEvent(const PointerEvent &event)
     if (stack.empty()) {
         return;
     }
-    Rect area = stack.front()->panel->frame();
+    // Of the cards in one place only the front one is looked at; the newest card of the column is never covered.
+    Rect area = stack.back()->panel->frame();
     for (const CardPointer &card : stack) {
-        area = area.united(card->panel->frame());
+        if (!card->isCovered) {
+            area = area.united(card->panel->frame());
+        }
     }
     const bool isInside = m_pills.unitedWith(area.outsetBy(hoverMargin)).contains(event.location);
     if (event.type == PointerEventType::mouseMoved) {
@@ -75,7 +78,7 @@ void PreviewWindowController::handleScroll(const PointerEvent &event)
 PreviewWindowController::CardPointer PreviewWindowController::stackCardAt(Point location) const
 {
     for (const CardPointer &card : std::views::reverse(m_cards)) {
-        if (card->variant == PreviewCardVariant::stack &&
+        if (card->variant == PreviewCardVariant::stack && !card->isCovered &&
             card->panel->frame().insetBy(AppConfig::previewCardHitMargin).contains(location)) {
             return card;
         }

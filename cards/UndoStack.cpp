@@ -3,10 +3,21 @@
 #include "platform/mainqueue/MainQueue.h"
 
 #include <QPointer>
+#include <QThreadPool>
 
 #include <utility>
 
 namespace lumenfold {
+namespace {
+
+/// Giving the memory of many images back takes a while, and nobody needs to wait for it.
+void letGoElsewhere(std::vector<UndoStack::Group> groups)
+{
+    const auto held = std::make_shared<std::vector<UndoStack::Group>>(std::move(groups));
+    QThreadPool::globalInstance()->start([held] { held->clear(); });
+}
+
+} // namespace
 
 UndoStack::UndoStack(MainQueue &queue) : m_queue(queue) {}
 
@@ -45,7 +56,7 @@ void UndoStack::scheduleUndoExpiry()
     m_expiry = m_queue.after(undoWindow, [self = QPointer(this)] {
         if (self) {
             self->m_expiry.reset();
-            self->m_groups.clear();
+            letGoElsewhere(std::exchange(self->m_groups, {}));
             self->tell(false);
         }
     });

@@ -142,6 +142,34 @@ TEST_F(ColumnScrollingTest, hiddenCardsDoNotMove)
     EXPECT_FALSE(controller->isCollapsed());
 }
 
+TEST_F(ColumnScrollingTest, aCoveredCardIsMovedOnlyWhenItIsToBeSeen)
+{
+    showCards(10);
+    FakePanel &oldest = panel(u"1"_s);
+    ASSERT_FALSE(oldest.isVisible());
+    oldest.forgetHistory();
+
+    controller->toggleCollapse();
+    settle();
+    EXPECT_THAT(oldest.animations(), IsEmpty());
+    EXPECT_THAT(oldest.framesSet(), IsEmpty());
+    // Where it would stand is not where the column is felt.
+    const Rect left = oldest.frame();
+    movePointerTo({left.midX(), peekingFrame(3).maxY() + 52});
+    EXPECT_FALSE(controller->isDeckRevealed());
+
+    for (int number = 10; number > 4; --number) {
+        model(QString::number(number)).onDismiss();
+    }
+    // It comes from the deepest layer, where the others stand.
+    ASSERT_FALSE(oldest.framesSet().empty());
+    EXPECT_THAT(oldest.framesSet().front(), RectNear(peekingFrame(3)));
+    settle();
+    EXPECT_TRUE(oldest.isVisible());
+    EXPECT_THAT(columnFrames(), ::testing::ElementsAre(RectNear(peekingFrame(3)), RectNear(peekingFrame(2)),
+                                                       RectNear(peekingFrame(1)), RectNear(peekingFrame(0))));
+}
+
 TEST_F(ColumnScrollingTest, whatWasSummedUpGoesWithTheColumn)
 {
     showCards(1);

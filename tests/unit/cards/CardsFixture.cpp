@@ -127,7 +127,9 @@ std::vector<Rect> CardsTest::columnFrames() const
 {
     std::vector<Rect> frames;
     for (const CardPointer &each : controller->stackCards()) {
-        frames.push_back(each->panel->frame());
+        // A panel that nobody sees is left where it is.
+        const bool isLeft = each->isCovered && !each->panel->isVisible();
+        frames.push_back(isLeft ? each->layoutFrame.value_or(Rect{}) : each->panel->frame());
     }
     return frames;
 }

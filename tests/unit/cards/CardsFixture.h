@@ -94,7 +94,7 @@ protected:
     [[nodiscard]] QStringList ids() const;
     /// Ids of the cards on screen, back to front; "?" for a panel whose card is gone.
     [[nodiscard]] QStringList stacking() const;
-    /// The panels' frames in the order of the column.
+    /// Where the cards stand, in the order of the column.
     [[nodiscard]] std::vector<Rect> columnFrames() const;
 
     void movePointerTo(Point location);
