@@ -28,11 +28,6 @@ CornerButton::CornerButton(const Options &options, const Appearance &appearance,
 
 CornerButton::~CornerButton() = default;
 
-QRegion CornerButton::shapeInParent() const
-{
-    return {geometry(), QRegion::Ellipse};
-}
-
 bool CornerButton::hitButton(const QPoint &position) const
 {
     return QRegion(rect(), QRegion::Ellipse).contains(position);

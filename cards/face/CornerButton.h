@@ -3,7 +3,6 @@
 #include "cards/face/Symbol.h"
 
 #include <QAbstractButton>
-#include <QRegion>
 
 namespace lumenfold {
 
@@ -27,9 +26,6 @@ public:
     /// The appearance and the panels must outlive the button.
     CornerButton(const Options &options, const Appearance &appearance, const PanelFactory &panels, QWidget *parent);
     ~CornerButton() override;
-
-    /// The circle, in the parent's coordinates.
-    [[nodiscard]] QRegion shapeInParent() const;
 
 protected:
     [[nodiscard]] bool hitButton(const QPoint &position) const override;

@@ -58,21 +58,23 @@ QRect ImagePreviewView::content() const
 
 QRegion ImagePreviewView::opaqueShape() const
 {
-    return m_shape;
+    QPainterPath outline;
+    outline.addRoundedRect(content(), cornerRadius, cornerRadius);
+    return QRegion(outline.toFillPolygon().toPolygon()) + QRegion(closeButtonPlace(), QRegion::Ellipse);
+}
+
+QRect ImagePreviewView::closeButtonPlace() const
+{
+    constexpr auto side = static_cast<int>(facestyle::cornerButtonSize);
+    const int inset = m_hitMargin - static_cast<int>(facestyle::cornerButtonSafeArea) - side / 2;
+    return {width() - inset - side, inset, side, side};
 }
 
 void ImagePreviewView::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    const QRect content = this->content();
-    const auto inset =
-        static_cast<int>(m_hitMargin - facestyle::cornerButtonSafeArea - facestyle::cornerButtonSize / 2);
-    m_close->move(width() - inset - m_close->width(), inset);
-
-    QPainterPath outline;
-    outline.addRoundedRect(content, cornerRadius, cornerRadius);
-    m_shape = QRegion(outline.toFillPolygon().toPolygon()) + m_close->shapeInParent();
-    if (!content.isEmpty()) {
+    m_close->setGeometry(closeButtonPlace());
+    if (const QRect content = this->content(); !content.isEmpty()) {
         m_picture.prepare(content.size() * devicePixelRatio());
     }
 }

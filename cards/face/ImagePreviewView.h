@@ -4,7 +4,6 @@
 #include "platform/image/Image.h"
 #include "platform/panels/PanelContentShape.h"
 
-#include <QRegion>
 #include <QWidget>
 
 #include <functional>
@@ -42,12 +41,13 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    [[nodiscard]] QRect closeButtonPlace() const;
+
     const int m_hitMargin;
     const Appearance &m_appearance;
     const PanelFactory &m_panels;
     FullPicture m_picture;
     CornerButton *m_close;
-    QRegion m_shape;
 };
 
 } // namespace lumenfold

@@ -259,31 +259,49 @@ void PreviewView::resizeEvent(QResizeEvent *event)
     if (m_resize != nullptr) {
         m_resize->setGeometry(rect());
     }
-
-    const int inset = static_cast<int>(cardHitMargin(m_model->variant()) - facestyle::cornerButtonSafeArea -
-                                       facestyle::cornerButtonSize / 2);
-    const int right = width() - inset - m_close->width();
-    m_close->move(isPinned() ? right : inset, inset);
+    m_close->setGeometry(isPinned() ? trailingButtonPlace() : leadingButtonPlace());
     if (m_pin != nullptr) {
-        m_pin->move(right, inset);
+        m_pin->setGeometry(trailingButtonPlace());
     }
+}
 
-    QPainterPath outline;
-    outline.addRoundedRect(content, facestyle::cardCornerRadius, facestyle::cardCornerRadius);
-    m_cardShape = QRegion(outline.toFillPolygon().toPolygon()) + m_close->shapeInParent();
-    if (m_pin != nullptr) {
-        m_cardShape += m_pin->shapeInParent();
+QRect PreviewView::leadingButtonPlace() const
+{
+    constexpr auto side = static_cast<int>(facestyle::cornerButtonSize);
+    const auto inset = static_cast<int>(cardHitMargin(m_model->variant()) - facestyle::cornerButtonSafeArea) - side / 2;
+    return {inset, inset, side, side};
+}
+
+QRect PreviewView::trailingButtonPlace() const
+{
+    QRect place = leadingButtonPlace();
+    place.moveRight(width() - 1 - place.left());
+    return place;
+}
+
+const QRegion &PreviewView::cardShape() const
+{
+    // Asked for before the view is told of its size: it is not shown until the shape is known.
+    if (m_shapeSize != size()) {
+        m_shapeSize = size();
+        QPainterPath outline;
+        outline.addRoundedRect(content(), facestyle::cardCornerRadius, facestyle::cardCornerRadius);
+        m_cardShape = QRegion(outline.toFillPolygon().toPolygon()) + QRegion(trailingButtonPlace(), QRegion::Ellipse);
+        if (!isPinned()) {
+            m_cardShape += QRegion(leadingButtonPlace(), QRegion::Ellipse);
+        }
     }
+    return m_cardShape;
 }
 
 QRegion PreviewView::opaqueShape() const
 {
-    return m_cardShape;
+    return cardShape();
 }
 
 QRegion PreviewView::pointerShape() const
 {
-    return m_resize != nullptr && m_resize->isVisible() ? m_cardShape + m_resize->hotRegion() : m_cardShape;
+    return m_resize != nullptr && !m_resize->isHidden() ? cardShape() + m_resize->hotRegion() : cardShape();
 }
 
 void PreviewView::paintEvent(QPaintEvent *event)

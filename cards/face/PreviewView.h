@@ -80,6 +80,9 @@ private:
     void arrange(const Shown &shown);
     void setHovering(bool hovering);
     [[nodiscard]] bool isPinned() const;
+    [[nodiscard]] QRect leadingButtonPlace() const;
+    [[nodiscard]] QRect trailingButtonPlace() const;
+    [[nodiscard]] const QRegion &cardShape() const;
 
     const std::shared_ptr<PreviewModel> m_model;
     const Collaborators m_with;
@@ -99,8 +102,9 @@ private:
     CornerButton *m_close;
     /// Of a card in the column.
     CornerButton *m_pin = nullptr;
-    /// For the present size; making them takes longer than painting.
-    QRegion m_cardShape;
+    /// For that size of the view; making one takes longer than painting.
+    mutable QSize m_shapeSize;
+    mutable QRegion m_cardShape;
 };
 
 } // namespace lumenfold

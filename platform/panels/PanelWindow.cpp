@@ -68,6 +68,10 @@ PanelWindow::LayOut PanelWindow::layOut(const QRect &place)
         handle->setGeometry(place);
         outcome = LayOut::changed;
     }
+    // A hidden window's view is not told before it is shown, and is asked for its shape before that.
+    if (m_content) {
+        m_content->setGeometry(rect());
+    }
     return outcome;
 }
 
