@@ -1,7 +1,5 @@
 #include "platform/x11/X11Properties.h"
 
-#include <cstring>
-
 namespace lumenfold::x11 {
 
 xcb_get_property_cookie_t requestProperty(const X11Connection &connection, xcb_window_t window, xcb_atom_t property,
@@ -45,9 +43,8 @@ std::vector<std::uint32_t> itemsOf(const xcb_get_property_reply_t &reply, xcb_at
     if (reply.type != type || reply.format != itemBits) {
         return {};
     }
-    std::vector<std::uint32_t> items(reply.value_len);
-    std::memcpy(items.data(), xcb_get_property_value(&reply), items.size() * sizeof(std::uint32_t));
-    return items;
+    const auto *first = static_cast<const std::uint32_t *>(xcb_get_property_value(&reply));
+    return {first, first + reply.value_len};
 }
 
 } // namespace lumenfold::x11

@@ -79,7 +79,10 @@ TEST_F(CardsOnScreenTest, aWidePictureFillsTheCardWithItsMiddle)
     const QRect card = show(picture);
     const QImage scaled = Image::fromPixels(picture).thumbnail({size.width() * 3, size.height()});
     const QRect part = inside(card).translated(-card.topLeft()).translated(size.width(), 0);
-    EXPECT_EQ(differingPixels(screen().copy(inside(card)), scaled.copy(part)), 0);
+    // The toolkit, which scales the picture here, rounds in its own way.
+    const int difference = largestDifference(screen().copy(inside(card)), scaled.copy(part));
+    EXPECT_GE(difference, 0);
+    EXPECT_LE(difference, 2);
 }
 
 TEST_F(CardsOnScreenTest, aPictureFromAFileIsShownLikeANewOne)

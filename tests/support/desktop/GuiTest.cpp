@@ -28,7 +28,8 @@ int chosenScale(int argc, char **argv, int otherwise)
 int runGuiTests(int argc, char **argv, const GuiTestOptions &options)
 {
     ::testing::InitGoogleTest(&argc, argv);
-    XServer server({.size = options.size, .scale = chosenScale(argc, argv, options.scale)});
+    const int scale = chosenScale(argc, argv, options.scale);
+    XServer server({.size = options.sizeInPoints ? *options.sizeInPoints * scale : options.size, .scale = scale});
     const WindowManager windowManager(server, options.windowManager);
     const Compositor compositor(server, options.compositor);
     const PrivateFolders folders;

@@ -3,12 +3,17 @@
 #include "tests/support/desktop/Session.h"
 #include "tests/support/desktop/XServer.h"
 
+#include <optional>
+
 /// For component tests that need a QApplication on a real X server. A test program of that kind has a main function of
 /// its own, which is one line: `return lumenfold::test::runGuiTests(argc, argv);`
 namespace lumenfold::test {
 
 struct GuiTestOptions {
+    /// Pixels.
     QSize size{1280, 800};
+    /// The same in points; goes before the pixels.
+    std::optional<QSize> sizeInPoints;
     int scale = 1;
     WindowManagerKind windowManager = WindowManagerKind::none;
     CompositorKind compositor = CompositorKind::none;

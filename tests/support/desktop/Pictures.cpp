@@ -149,6 +149,21 @@ qint64 differingPixels(const QImage &a, const QImage &b)
     return count;
 }
 
+int largestDifference(const QImage &a, const QImage &b)
+{
+    if (a.size() != b.size()) {
+        return -1;
+    }
+    int largest = 0;
+    forEachDifference(a, b, [&](int x, int y) {
+        const QColor one = a.pixelColor(x, y);
+        const QColor other = b.pixelColor(x, y);
+        largest = std::max({largest, std::abs(one.red() - other.red()), std::abs(one.green() - other.green()),
+                            std::abs(one.blue() - other.blue())});
+    });
+    return largest;
+}
+
 QRect differingRegion(const QImage &a, const QImage &b)
 {
     QRect region;

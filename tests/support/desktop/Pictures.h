@@ -30,6 +30,9 @@ namespace lumenfold::test {
 /// How many pixels differ in colour; -1 when the sizes differ. Alpha counts only when both have it.
 [[nodiscard]] qint64 differingPixels(const QImage &a, const QImage &b);
 
+/// By how much any channel of any pixel differs at most, of 255; -1 when the sizes differ.
+[[nodiscard]] int largestDifference(const QImage &a, const QImage &b);
+
 /// Where the two differ, or an empty rectangle.
 [[nodiscard]] QRect differingRegion(const QImage &a, const QImage &b);
 

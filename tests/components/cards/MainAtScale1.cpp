@@ -1,6 +1,0 @@
-#include "tests/support/desktop/GuiTest.h"
-
-int main(int argc, char **argv)
-{
-    return lumenfold::test::runGuiTests(argc, argv, {.size = {800, 650}});
-}
