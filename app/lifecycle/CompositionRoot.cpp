@@ -68,8 +68,8 @@ struct CompositionRoot::Parts {
         .screens = platform->screens(),
         .keys = {.taps = platform->keyEventTaps(), .hotKeys = platform->hotKeys(), .queue = queue},
     }};
-    CardPersistence cardStore{QDir(files.applicationSupportDirectory().value_or(QDir::tempPath()))
-                                  .filePath(CardPersistence::relativePath)};
+    CardPersistence cardStore{
+        QDir(files.applicationSupportDirectory().value_or(QDir::tempPath())).filePath(CardPersistence::relativePath)};
 
     AppDelegate delegate{{
         .workspace = workspace,
