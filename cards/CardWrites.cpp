@@ -28,7 +28,7 @@ void CardWrites::save(const QString &name, const Image &image)
 {
     std::erase_if(m_saves, [&name](const Save &save) { return save.name == name; });
     m_removals.remove(name);
-    m_saves.push_back({name, image});
+    m_saves.push_back({{name, image}});
 }
 
 void CardWrites::remove(const QString &name)
