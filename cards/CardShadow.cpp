@@ -20,36 +20,63 @@ int reachOf(double deviation)
     return static_cast<int>(std::ceil(3 * deviation));
 }
 
-std::vector<float> gaussian(double deviation)
+constexpr int boxes = 3;
+
+/// How far three boxes reach to each side that, one after the other, blur like a Gaussian to the eye. A box costs the
+/// same however wide it is, and shadows are blurred while somebody waits for a window.
+std::array<int, boxes> boxReaches(double deviation)
 {
-    const int reach = reachOf(deviation);
-    std::vector<float> kernel(static_cast<std::size_t>(2 * reach + 1));
-    float sum = 0;
-    for (int place = -reach; place <= reach; ++place) {
-        float &weight = kernel[static_cast<std::size_t>(place + reach)];
-        weight = static_cast<float>(std::exp(-place * place / (2 * deviation * deviation)));
-        sum += weight;
+    const double variance = deviation * deviation;
+    const int narrow = (static_cast<int>(std::sqrt(12 * variance / boxes + 1)) - 1) / 2;
+    const int width = 2 * narrow + 1;
+    // So many of the narrow ones, and wider ones for the rest, have the variance together.
+    const auto narrowOnes =
+        static_cast<int>(std::lround((12 * variance - boxes * (width * width + 4 * width + 3)) / (-4.0 * width - 4)));
+    std::array<int, boxes> reaches{};
+    for (int box = 0; box < boxes; ++box) {
+        reaches[static_cast<std::size_t>(box)] = box < narrowOnes ? narrow : narrow + 1;
     }
-    for (float &weight : kernel) {
-        weight /= sum;
-    }
-    return kernel;
+    return reaches;
 }
 
-/// One direction of a separable blur: convolves each row and turns the picture, so that the second pass does the
-/// columns.
-QImage blurredAndTurned(const QImage &alpha, const std::vector<float> &kernel)
+/// Every place becomes the mean of those around it; there is nothing beyond the ends.
+void boxBlur(std::vector<float> &line, int reach, std::vector<float> &spare)
 {
-    const int reach = static_cast<int>(kernel.size() / 2);
+    const auto count = static_cast<int>(line.size());
+    const auto at = [&line](int place) -> float & { return line[static_cast<std::size_t>(place)]; };
+    float sum = 0;
+    for (int place = 0; place < std::min(reach, count); ++place) {
+        sum += at(place);
+    }
+    for (int place = 0; place < count; ++place) {
+        if (place + reach < count) {
+            sum += at(place + reach);
+        }
+        if (place - reach - 1 >= 0) {
+            sum -= at(place - reach - 1);
+        }
+        spare[static_cast<std::size_t>(place)] = sum / static_cast<float>(2 * reach + 1);
+    }
+    line.swap(spare);
+}
+
+/// One direction of the blur: blurs each row and turns the picture, so that the second pass does the columns.
+QImage blurredAndTurned(const QImage &alpha, const std::array<int, boxes> &reaches)
+{
     QImage turned(alpha.height(), alpha.width(), QImage::Format_Alpha8);
+    uchar *const out = turned.bits();
+    const qsizetype stride = turned.bytesPerLine();
+    std::vector<float> line(static_cast<std::size_t>(alpha.width()));
+    std::vector<float> spare(line.size());
     for (int y = 0; y < alpha.height(); ++y) {
         const uchar *row = alpha.constScanLine(y);
+        std::copy(row, row + alpha.width(), line.begin());
+        for (const int reach : reaches) {
+            boxBlur(line, reach, spare);
+        }
         for (int x = 0; x < alpha.width(); ++x) {
-            float sum = 0;
-            for (int place = std::max(-reach, -x); place <= std::min(reach, alpha.width() - 1 - x); ++place) {
-                sum += kernel[static_cast<std::size_t>(place + reach)] * row[x + place];
-            }
-            turned.scanLine(x)[y] = static_cast<uchar>(std::lround(sum));
+            const float value = std::clamp(line[static_cast<std::size_t>(x)], 0.0F, 255.0F);
+            out[x * stride + y] = static_cast<uchar>(std::lround(value));
         }
     }
     return turned;
@@ -82,9 +109,9 @@ QImage blurredShape(QSize caster, const CardShadow &kind, double scale)
     painter.drawRoundedRect(QRectF(shape.rect()).adjusted(reach, reach, -reach, -reach), radius, radius);
     painter.end();
 
-    const std::vector<float> kernel = gaussian(deviation);
+    const std::array<int, boxes> reaches = boxReaches(deviation);
     const QImage alpha =
-        blurredAndTurned(blurredAndTurned(shape.convertToFormat(QImage::Format_Alpha8), kernel), kernel);
+        blurredAndTurned(blurredAndTurned(shape.convertToFormat(QImage::Format_Alpha8), reaches), reaches);
     QImage picture(shape.size(), QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < picture.height(); ++y) {
         const uchar *row = alpha.constScanLine(y);

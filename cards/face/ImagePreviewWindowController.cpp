@@ -36,8 +36,9 @@ void ImagePreviewWindowController::present(const Image &image)
     m_window->setContentView(std::make_unique<ImagePreviewView>(
         ImagePreviewView::Options{.image = image, .hitMargin = margin, .onClose = closeThis}, m_with.appearance,
         m_with.panels));
-    m_window->orderFrontRegardless();
+    // First, so that Escape means this window from the moment it is seen.
     m_escapeMonitor = std::make_unique<EscapeMonitor>(m_with.keys, closeThis);
+    m_window->orderFrontRegardless();
 }
 
 void ImagePreviewWindowController::close()
