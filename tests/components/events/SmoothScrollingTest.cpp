@@ -90,6 +90,10 @@ TEST_F(SmoothScrollingTest, nothingJumpsAfterScrollingThatNobodyWatched)
 {
     m_monitor.reset();
     thePointer->scroll(0, 6000);
+    // The server deals with a device's events in their order: once the pointer has moved, the scrolling is over.
+    const auto before = m_screens.pointerLocation();
+    thePointer->move(20, 10);
+    ASSERT_TRUE(waitFor([&] { return m_screens.pointerLocation() != before; }));
     std::vector<PointerEvent> events;
     const auto again = m_monitors.addGlobalMonitor(eventMask(PointerEventType::scrollWheel),
                                                    [&](const PointerEvent &event) { events.push_back(event); });
