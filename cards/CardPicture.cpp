@@ -27,7 +27,7 @@ QFuture<QImage> copyOnPool(const Image &image, PixelSize bounds)
     auto promise = std::make_shared<QPromise<QImage>>();
     QFuture<QImage> future = promise->future();
     promise->start();
-    decodingPool().start([promise = std::move(promise), image, bounds] {
+    backgroundPool().start([promise = std::move(promise), image, bounds] {
         promise->addResult(image.thumbnail(bounds));
         promise->finish();
     });

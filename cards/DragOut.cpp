@@ -2,6 +2,7 @@
 
 #include "cards/DragFolder.h"
 #include "platform/dragdrop/DragSessions.h"
+#include "platform/image/EncodingPool.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -85,7 +86,7 @@ void DragOut::write(const QByteArray &png)
         abandon();
         return;
     }
-    QThreadPool::globalInstance()->start([self = QPointer(this), image = m_image, path = *file.path, png] {
+    backgroundPool().start([self = QPointer(this), image = m_image, path = *file.path, png] {
         const QString error = writeFile(path, png);
         const auto written = [self, image, path, error] {
             if (!self) {

@@ -1,5 +1,6 @@
 #include "cards/UndoStack.h"
 
+#include "platform/image/EncodingPool.h"
 #include "platform/mainqueue/MainQueue.h"
 
 #include <QPointer>
@@ -14,7 +15,7 @@ namespace {
 void letGoElsewhere(std::vector<UndoStack::Group> groups)
 {
     const auto held = std::make_shared<std::vector<UndoStack::Group>>(std::move(groups));
-    QThreadPool::globalInstance()->start([held] { held->clear(); });
+    backgroundPool().start([held] { held->clear(); });
 }
 
 } // namespace

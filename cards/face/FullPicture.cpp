@@ -1,5 +1,7 @@
 #include "cards/face/FullPicture.h"
 
+#include "platform/image/EncodingPool.h"
+
 #include <QPromise>
 #include <QThreadPool>
 
@@ -17,7 +19,7 @@ QFuture<QImage> pictureOnPool(const Image &image, QSize device)
     auto promise = std::make_shared<QPromise<QImage>>();
     QFuture<QImage> future = promise->future();
     promise->start();
-    QThreadPool::globalInstance()->start([promise = std::move(promise), image, device] {
+    backgroundPool().start([promise = std::move(promise), image, device] {
         QImage pixels = image.pixels();
         if (!pixels.isNull() && pixels.size() != device) {
             const bool isMagnified = device.width() >= pixels.width() * magnification;

@@ -31,9 +31,9 @@ QThreadPool &encodingPool()
     return instance.pool;
 }
 
-QThreadPool &decodingPool()
+QThreadPool &backgroundPool()
 {
-    static PicturePool instance(QStringLiteral("PngDecoder"));
+    static PicturePool instance(QStringLiteral("Pictures"));
     return instance.pool;
 }
 

@@ -8,8 +8,9 @@ namespace lumenfold {
 /// nothing to do for a moment, so that a program at rest has none of them. Any thread.
 [[nodiscard]] QThreadPool &encodingPool();
 
-/// The same for pictures that are read, so that a new capture does not wait for the pictures of stored cards. Not the
-/// toolkit's own pool: the toolkit waits for that one when it paints.
-[[nodiscard]] QThreadPool &decodingPool();
+/// As many for what is slow and not urgent: reading and scaling stored pictures, writing files. A new capture does not
+/// wait for them. Long work belongs here and not into the toolkit's own pool, which the toolkit waits for when it
+/// paints. Any thread.
+[[nodiscard]] QThreadPool &backgroundPool();
 
 } // namespace lumenfold

@@ -1,6 +1,7 @@
 #include "cards/DragOut.h"
 
 #include "cards/DragFolder.h"
+#include "platform/image/EncodingPool.h"
 #include "tests/support/fakes/FakeDragSessions.h"
 #include "tests/support/unit/LogWatch.h"
 
@@ -51,7 +52,7 @@ protected:
     static void settle()
     {
         for (int turn = 0; turn < 20; ++turn) {
-            QThreadPool::globalInstance()->waitForDone();
+            backgroundPool().waitForDone();
             QCoreApplication::sendPostedEvents();
             QCoreApplication::processEvents();
         }
