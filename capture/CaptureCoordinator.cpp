@@ -71,6 +71,7 @@ void CaptureCoordinator::captureFullScreen()
         return;
     }
     m_isCapturing = true;
+    captureService.expectFullScreen();
     captureWhenHidden([service = captureService] { return service.captureFullScreen(); });
 }
 

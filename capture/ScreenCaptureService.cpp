@@ -15,6 +15,14 @@ ScreenCaptureService::ScreenCaptureService(ScreenshotManager &manager, const Scr
 {
 }
 
+void ScreenCaptureService::expectFullScreen() const
+{
+    const std::optional<Screen> underPointer = m_screens->screenWithMouse();
+    if (const std::optional<Screen> screen = underPointer ? underPointer : m_screens->main()) {
+        m_manager->expectCapture(screen->displayID);
+    }
+}
+
 QCoro::Task<Image> ScreenCaptureService::captureFullScreen() const
 {
     const ScreenCaptureService self = *this; // this object may be gone after a suspension

@@ -19,6 +19,9 @@ public:
     /// The collaborators must outlive every call. `ownProcessID` is whose windows stay out of the pictures.
     ScreenCaptureService(ScreenshotManager &manager, const Screens &screens, qint64 ownProcessID);
 
+    /// captureFullScreen() is going to follow within a moment.
+    void expectFullScreen() const;
+
     /// The whole display under the pointer, or the main one when the pointer is on none.
     [[nodiscard]] QCoro::Task<Image> captureFullScreen() const;
 

@@ -3,7 +3,7 @@
 
 #include "app/configuration/AppConfig.h"
 
-#include <ranges>
+#include <algorithm>
 
 namespace lumenfold {
 namespace {
@@ -77,13 +77,11 @@ void PreviewWindowController::handleScroll(const PointerEvent &event)
 
 PreviewWindowController::CardPointer PreviewWindowController::stackCardAt(Point location) const
 {
-    for (const CardPointer &card : std::views::reverse(m_cards)) {
-        if (card->variant == PreviewCardVariant::stack && !card->isCovered &&
-            card->panel->frame().insetBy(AppConfig::previewCardHitMargin).contains(location)) {
-            return card;
-        }
-    }
-    return nullptr;
+    const auto frontmost = std::find_if(m_cards.rbegin(), m_cards.rend(), [&](const CardPointer &card) {
+        return card->variant == PreviewCardVariant::stack && !card->isCovered &&
+               card->panel->frame().insetBy(AppConfig::previewCardHitMargin).contains(location);
+    });
+    return frontmost == m_cards.rend() ? nullptr : *frontmost;
 }
 
 } // namespace lumenfold

@@ -123,8 +123,8 @@ void PreviewWindowController::bringBack(UndoStack::Group group)
     // Beneath the newest that the column and all layers of its deck can hold, nothing can be seen.
     const int capacity = StackMetrics::current(m_with.screens, m_with.config).capacity;
     const auto seenCount = static_cast<std::size_t>(capacity + overflowDeckMaxDepth + 1);
-    Restoring &restoring = m_restoring.emplace_back(std::move(group), m_cards.size());
-    presentStackCards(makeNewestAgain(restoring, seenCount));
+    m_restoring.push_back({.remaining = std::move(group), .position = m_cards.size()});
+    presentStackCards(makeNewestAgain(m_restoring.back(), seenCount));
     scheduleNextRestored();
     persistManifest();
 }

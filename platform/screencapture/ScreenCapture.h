@@ -83,6 +83,9 @@ public:
     using ContentResult = tl::expected<ShareableContent, PlatformError>;
     using ImageResult = tl::expected<Image, PlatformError>;
 
+    /// One picture of the whole display is going to be asked for within a moment: what takes time may be made ready.
+    virtual void expectCapture(DisplayID display) = 0;
+
     [[nodiscard]] virtual QCoro::Task<ContentResult> shareableContent(ShareableContentRequest request) = 0;
 
     /// One picture. Its pixels are complete when the task ends; its PNG bytes are being made meanwhile.

@@ -36,6 +36,21 @@ SharedPixels::~SharedPixels()
     }
 }
 
+void SharedPixels::touch()
+{
+#ifdef MADV_POPULATE_WRITE
+    if (madvise(m_memory, m_bytes, MADV_POPULATE_WRITE) == 0) {
+        return;
+    }
+#endif
+    // Kernels before 5.14.
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    auto *bytes = static_cast<volatile unsigned char *>(m_memory);
+    for (std::size_t place = 0; place < m_bytes; place += page) {
+        bytes[place] = bytes[place];
+    }
+}
+
 int SharedPixels::takeDescriptor()
 {
     return std::exchange(m_descriptor, -1);

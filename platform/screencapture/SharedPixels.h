@@ -16,6 +16,11 @@ public:
     SharedPixels(const SharedPixels &) = delete;
     SharedPixels &operator=(const SharedPixels &) = delete;
 
+    [[nodiscard]] std::size_t bytes() const { return m_bytes; }
+
+    /// Has the system provide all of the memory now and not when it is first written to. What is in it stays.
+    void touch();
+
     /// The descriptor for the server, once: it is the caller's from now on. -1 the second time.
     [[nodiscard]] int takeDescriptor();
 

@@ -1,7 +1,6 @@
 #include "platform/screencapture/X11PixelReader.h"
 
 #include "platform/screencapture/OpaquePixels.h"
-#include "platform/screencapture/SharedPixels.h"
 
 #include <QCoroFuture>
 #include <QSysInfo>
@@ -119,7 +118,19 @@ X11PixelReader::X11PixelReader(X11Connection &connection)
 {
 }
 
-QCoro::Task<X11PixelReader::Result> X11PixelReader::read(xcb_drawable_t drawable, QRect part) const
+std::size_t X11PixelReader::sharedBytes(QSize size) const
+{
+    return static_cast<std::size_t>(m_layout.bytesPerLine(size.width()) * size.height());
+}
+
+void X11PixelReader::prepare(QSize size)
+{
+    if (m_usesSharedMemory && m_layout.format != QImage::Format_Invalid && !size.isEmpty()) {
+        m_prepared.prepare(sharedBytes(size));
+    }
+}
+
+QCoro::Task<X11PixelReader::Result> X11PixelReader::read(xcb_drawable_t drawable, QRect part)
 {
     X11Connection &connection = m_connection;
     const PixelLayout layout = m_layout;
@@ -127,7 +138,8 @@ QCoro::Task<X11PixelReader::Result> X11PixelReader::read(xcb_drawable_t drawable
         co_return tl::unexpected(unreadableLayout());
     }
     if (m_usesSharedMemory) {
-        Result shared = co_await readShared(connection, layout, drawable, part);
+        Result shared =
+            co_await readShared(connection, layout, drawable, part, m_prepared.take(sharedBytes(part.size())));
         // A server in another container may not be able to map what we hand over; the drawable may still be fine.
         if (shared || !connection.isUsable()) {
             co_return shared;
@@ -137,10 +149,10 @@ QCoro::Task<X11PixelReader::Result> X11PixelReader::read(xcb_drawable_t drawable
 }
 
 QCoro::Task<X11PixelReader::Result> X11PixelReader::readShared(X11Connection &connection, PixelLayout layout,
-                                                               xcb_drawable_t drawable, QRect part)
+                                                               xcb_drawable_t drawable, QRect part,
+                                                               std::unique_ptr<SharedPixels> memory)
 {
     const qsizetype bytesPerLine = layout.bytesPerLine(part.width());
-    auto memory = SharedPixels::create(static_cast<std::size_t>(bytesPerLine * part.height()));
     if (!memory) {
         co_return tl::unexpected(outOfMemory());
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/screencapture/PreparedPixels.h"
 #include "platform/x11/X11Connection.h"
 
 #include <QCoroTask>
@@ -39,22 +40,27 @@ public:
     /// Asks the server what it can do; waits for the answer.
     explicit X11PixelReader(x11::X11Connection &connection);
 
+    /// A part of this size is going to be read within a moment.
+    void prepare(QSize size);
+
     /// `part` must lie within the drawable. The picture is opaque, format RGB32. Only `connection` is used after this
     /// returns, so the reader may go away meanwhile.
-    [[nodiscard]] QCoro::Task<Result> read(xcb_drawable_t drawable, QRect part) const;
+    [[nodiscard]] QCoro::Task<Result> read(xcb_drawable_t drawable, QRect part);
 
     [[nodiscard]] bool usesSharedMemory() const { return m_usesSharedMemory; }
     /// For servers that share memory but whose other way is to be tested.
     void avoidSharedMemory() { m_usesSharedMemory = false; }
 
 private:
+    [[nodiscard]] std::size_t sharedBytes(QSize size) const;
     static QCoro::Task<Result> readShared(x11::X11Connection &connection, PixelLayout layout, xcb_drawable_t drawable,
-                                          QRect part);
+                                          QRect part, std::unique_ptr<SharedPixels> memory);
     static QCoro::Task<Result> readBands(x11::X11Connection &connection, PixelLayout layout, xcb_drawable_t drawable,
                                          QRect part);
 
     x11::X11Connection &m_connection;
     PixelLayout m_layout;
+    PreparedPixels m_prepared;
     bool m_usesSharedMemory = false;
 };
 

@@ -125,6 +125,13 @@ void X11ScreenshotManager::avoidSharedMemory()
     m_state->reader.avoidSharedMemory();
 }
 
+void X11ScreenshotManager::expectCapture(DisplayID display)
+{
+    if (const ScreenSpace::PlacedScreen *screen = m_state->screens.space().screen(display)) {
+        m_state->reader.prepare(screen->native.size());
+    }
+}
+
 QCoro::Task<ScreenshotManager::ContentResult> X11ScreenshotManager::shareableContent(ShareableContentRequest)
 {
     return listContent(m_state);

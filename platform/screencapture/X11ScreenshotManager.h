@@ -35,6 +35,7 @@ public:
 
     /// All displays; this process and the owners of the windows that the window manager lists. The request's options
     /// make no difference on X11.
+    void expectCapture(DisplayID display) override;
     [[nodiscard]] QCoro::Task<ContentResult> shareableContent(ShareableContentRequest request) override;
 
     [[nodiscard]] QCoro::Task<ImageResult> captureImage(ContentFilter filter,

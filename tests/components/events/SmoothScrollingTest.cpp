@@ -24,11 +24,11 @@ protected:
     SmoothScrollingTest()
     {
         QApplication::processEvents();
-        waitUntilWatching();
+        waitUntilServerKnows();
     }
 
     /// The device speaks to the server by a way of its own, which may be quicker than what the monitor asks for.
-    void waitUntilWatching()
+    void waitUntilServerKnows()
     {
         ASSERT_TRUE(m_connection->reply(xcb_get_input_focus_reply, xcb_get_input_focus(m_connection->xcb())));
     }
@@ -89,6 +89,7 @@ TEST_F(SmoothScrollingTest, buttonsThatTheServerMakesSmoothAreCountedOnce)
 TEST_F(SmoothScrollingTest, nothingJumpsAfterScrollingThatNobodyWatched)
 {
     m_monitor.reset();
+    waitUntilServerKnows();
     thePointer->scroll(0, 6000);
     // The server deals with a device's events in their order: once the pointer has moved, the scrolling is over.
     const auto before = m_screens.pointerLocation();
@@ -97,7 +98,7 @@ TEST_F(SmoothScrollingTest, nothingJumpsAfterScrollingThatNobodyWatched)
     std::vector<PointerEvent> events;
     const auto again = m_monitors.addGlobalMonitor(eventMask(PointerEventType::scrollWheel),
                                                    [&](const PointerEvent &event) { events.push_back(event); });
-    waitUntilWatching();
+    waitUntilServerKnows();
     thePointer->scroll(0, 12);
     ASSERT_TRUE(waitFor([&] { return !events.empty(); }));
     EXPECT_DOUBLE_EQ(events.front().scrollingDeltaY, -pointsPerNotch / 10);

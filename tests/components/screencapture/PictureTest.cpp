@@ -1,10 +1,12 @@
 #include "tests/components/screencapture/CaptureTest.h"
 
+#include "platform/image/EncodingPool.h"
 #include "tests/support/desktop/DesktopTest.h"
 #include "tests/support/desktop/Pictures.h"
 #include "tests/support/desktop/TestWindow.h"
 
 #include <QCursor>
+#include <QThreadPool>
 
 namespace lumenfold::test {
 namespace {
@@ -22,6 +24,30 @@ TEST_F(PictureTest, IsTheScreenPixelByPixel)
     EXPECT_TRUE(samePicture(picture, known));
     EXPECT_EQ(picture.format(), QImage::Format_RGB32);
     EXPECT_EQ(picture.devicePixelRatio(), 1);
+}
+
+TEST_F(PictureTest, IsTheSameWhenItWasExpected)
+{
+    const Screen screen = *screens().main();
+    manager().expectCapture(screen.displayID);
+    backgroundPool().waitForDone();
+    const QImage first = takeMain();
+    EXPECT_TRUE(samePicture(first, known));
+    // What was prepared is used once.
+    EXPECT_TRUE(samePicture(takeMain(), known));
+    EXPECT_TRUE(samePicture(first, known));
+}
+
+TEST_F(PictureTest, MayBeAnotherThanWasExpected)
+{
+    manager().expectCapture(screens().main()->displayID);
+    manager().expectCapture(4711);
+    backgroundPool().waitForDone();
+    const QRect part(11, 7, 1003, 591);
+    EXPECT_TRUE(samePicture(takePartOfMain(part), known.copy(part)));
+    // Nobody waits for what is being prepared.
+    manager().expectCapture(screens().main()->displayID);
+    EXPECT_TRUE(samePicture(takeMain(), known));
 }
 
 TEST_F(PictureTest, IsTheSameWithoutSharedMemory)

@@ -22,6 +22,7 @@ public:
     /// Lists one display (id 1) of 1440 x 900 points and makes pictures of one colour in the size asked for.
     FakeScreenshotManager();
 
+    void expectCapture(DisplayID display) override { expected.push_back(display); }
     [[nodiscard]] QCoro::Task<ContentResult> shareableContent(ShareableContentRequest request) override;
     [[nodiscard]] QCoro::Task<ImageResult> captureImage(ContentFilter filter,
                                                         StreamConfiguration configuration) override;
@@ -38,6 +39,7 @@ public:
     ContentResult content;
     std::function<ImageResult(const Capture &)> image;
 
+    std::vector<DisplayID> expected;
     std::vector<ShareableContentRequest> contentRequests;
     std::vector<Capture> captures;
     /// Told of each request as it comes in ("content", "capture"), for tests of the order among several fakes.

@@ -191,6 +191,7 @@ TEST_F(CaptureCoordinatorTest, FullScreenIsTakenSixtyMillisecondsLater)
 {
     coordinator->captureFullScreen();
     EXPECT_TRUE(coordinator->isCapturing());
+    EXPECT_THAT(manager.expected, ElementsAre(left.displayID));
     queue.advance(59ms);
     EXPECT_THAT(manager.captures, IsEmpty());
     queue.advance(1ms);
