@@ -249,6 +249,8 @@ TEST_P(FileManagerDrop, TheFileArrivesWholeInAFolder)
     Pointer &pointer = desktop.pointer();
     const QPoint from = m_card.topLeft() + QPoint(pixels(CardColumn::hitMargin + 6), pixels(70));
     pointer.moveTo(from);
+    // The card and the pill beside it.
+    EXPECT_TRUE(waitFor([&] { return desktop.panels().size() == 2; }));
     pointer.down();
     pointer.moveTo(from + QPoint(pixels(30), 0));
     // What is dropped before the window has answered that it takes it, it does not get.
