@@ -7,13 +7,10 @@
 #include <QPaintDevice>
 #include <QPainter>
 #include <QPalette>
-#include <QPromise>
-#include <QThreadPool>
 #include <QTransform>
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <utility>
 
 namespace lumenfold {
@@ -21,18 +18,6 @@ namespace {
 
 /// A copy of up to this many times the size that is needed is scaled down in painting.
 constexpr double largestExcess = 1.8;
-
-QFuture<QImage> copyOnPool(const Image &image, PixelSize bounds)
-{
-    auto promise = std::make_shared<QPromise<QImage>>();
-    QFuture<QImage> future = promise->future();
-    promise->start();
-    backgroundPool().start([promise = std::move(promise), image, bounds] {
-        promise->addResult(image.thumbnail(bounds));
-        promise->finish();
-    });
-    return future;
-}
 
 } // namespace
 
@@ -78,7 +63,8 @@ void CardPicture::prepare(PixelSize device, Sharpness sharpness)
         // A new capture: a few milliseconds, and the card is never seen without its picture.
         takeCopy(m_image.thumbnail(wanted));
     } else {
-        m_watcher.setFuture(copyOnPool(m_image, wanted));
+        m_watcher.setFuture(
+            makePicture(backgroundPool(), [image = m_image, wanted] { return image.thumbnail(wanted); }));
     }
 }
 

@@ -4,20 +4,19 @@
 #include "bench/DesktopPicture.h"
 #include "bench/whole_program/MainThreadWatch.h"
 #include "bench/whole_program/ProcessFigures.h"
+#include "bench/whole_program/Rounds.h"
 #include "bench/whole_program/Timing.h"
 #include "platform/image/PngEncoder.h"
 #include "tests/support/desktop/Desktop.h"
 
 #include <QDir>
 #include <QFile>
-#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
 #include <cstdio>
-#include <exception>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -131,21 +130,5 @@ void measure(int rounds)
 int main(int argc, char **argv)
 {
     constexpr int defaultRounds = 5;
-    const int rounds = argc > 1 ? std::atoi(argv[1]) : defaultRounds;
-    if (rounds < 1) {
-        std::fprintf(stderr, "usage: restart_with_cards [rounds]\n");
-        return 2;
-    }
-    // Only for the fonts of the painted desktop; Qt asks for a folder of the session, which there may be none of.
-    const lumenfold::test::PrivateFolders ownFolders;
-    qputenv("XDG_RUNTIME_DIR", ownFolders.path("runtime").toLocal8Bit());
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
-    try {
-        lumenfold::bench::measure(rounds);
-        return 0;
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "The measuring stopped: %s\n", error.what());
-        return 1;
-    }
+    return lumenfold::bench::measureInRounds(argc, argv, defaultRounds, lumenfold::bench::measure);
 }

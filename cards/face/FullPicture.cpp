@@ -2,10 +2,6 @@
 
 #include "platform/image/EncodingPool.h"
 
-#include <QPromise>
-#include <QThreadPool>
-
-#include <memory>
 #include <utility>
 
 namespace lumenfold {
@@ -14,22 +10,15 @@ namespace {
 /// From here on somebody wants to see the pixels themselves.
 constexpr int magnification = 4;
 
-QFuture<QImage> pictureOnPool(const Image &image, QSize device)
+QImage pictureOf(const Image &image, QSize device)
 {
-    auto promise = std::make_shared<QPromise<QImage>>();
-    QFuture<QImage> future = promise->future();
-    promise->start();
-    backgroundPool().start([promise = std::move(promise), image, device] {
-        QImage pixels = image.pixels();
-        if (!pixels.isNull() && pixels.size() != device) {
-            const bool isMagnified = device.width() >= pixels.width() * magnification;
-            pixels = pixels.scaled(device, Qt::IgnoreAspectRatio,
-                                   isMagnified ? Qt::FastTransformation : Qt::SmoothTransformation);
-        }
-        promise->addResult(pixels);
-        promise->finish();
-    });
-    return future;
+    const QImage pixels = image.pixels();
+    if (pixels.isNull() || pixels.size() == device) {
+        return pixels;
+    }
+    const bool isMagnified = device.width() >= pixels.width() * magnification;
+    return pixels.scaled(device, Qt::IgnoreAspectRatio,
+                         isMagnified ? Qt::FastTransformation : Qt::SmoothTransformation);
 }
 
 } // namespace
@@ -49,7 +38,8 @@ void FullPicture::prepare(QSize device)
 {
     if (device != m_preparedFor) {
         m_preparedFor = device;
-        m_watcher.setFuture(pictureOnPool(m_image, device));
+        m_watcher.setFuture(
+            makePicture(backgroundPool(), [image = m_image, device] { return pictureOf(image, device); }));
     }
 }
 

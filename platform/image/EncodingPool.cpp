@@ -1,10 +1,13 @@
 #include "platform/image/EncodingPool.h"
 
+#include <QPromise>
 #include <QThread>
 #include <QThreadPool>
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
+#include <utility>
 
 namespace lumenfold {
 namespace {
@@ -35,6 +38,18 @@ QThreadPool &backgroundPool()
 {
     static PicturePool instance(QStringLiteral("Pictures"));
     return instance.pool;
+}
+
+QFuture<QImage> makePicture(QThreadPool &pool, std::function<QImage()> make)
+{
+    auto promise = std::make_shared<QPromise<QImage>>();
+    QFuture<QImage> future = promise->future();
+    promise->start();
+    pool.start([promise = std::move(promise), make = std::move(make)] {
+        promise->addResult(make());
+        promise->finish();
+    });
+    return future;
 }
 
 } // namespace lumenfold

@@ -1,5 +1,10 @@
 #pragma once
 
+#include <QFuture>
+#include <QImage>
+
+#include <functional>
+
 class QThreadPool;
 
 namespace lumenfold {
@@ -12,5 +17,8 @@ namespace lumenfold {
 /// wait for them. Long work belongs here and not into the toolkit's own pool, which the toolkit waits for when it
 /// paints. Any thread.
 [[nodiscard]] QThreadPool &backgroundPool();
+
+/// Calls `make` on a thread of the pool; what it returns is the future's result. Any thread.
+[[nodiscard]] QFuture<QImage> makePicture(QThreadPool &pool, std::function<QImage()> make);
 
 } // namespace lumenfold

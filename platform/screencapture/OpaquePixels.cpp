@@ -1,5 +1,7 @@
 #include "platform/screencapture/OpaquePixels.h"
 
+#include "platform/image/EncodingPool.h"
+
 #include <QPromise>
 #include <QThreadPool>
 
@@ -39,7 +41,7 @@ QFuture<QImage> madeOpaque(QImage image)
     job->image = std::move(image);
     QFuture<QImage> future = job->promise.future();
     job->promise.start();
-    QThreadPool *pool = QThreadPool::globalInstance();
+    QThreadPool *pool = &encodingPool();
     if (job->image.format() != QImage::Format_RGB32) {
         pool->start([job] {
             job->promise.addResult(job->image.convertToFormat(QImage::Format_RGB32));

@@ -1,5 +1,6 @@
 #include "platform/screencapture/X11ScreenshotManager.h"
 
+#include "platform/image/EncodingPool.h"
 #include "platform/screencapture/PixelCrop.h"
 #include "platform/screencapture/X11OwnWindowTracker.h"
 #include "platform/screencapture/X11PixelReader.h"
@@ -9,8 +10,6 @@
 
 #include <QCoreApplication>
 #include <QCoroFuture>
-#include <QPromise>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <utility>
@@ -54,17 +53,10 @@ std::optional<QPoint> barePlace(const QRect &screen, const std::vector<StackedWi
     return bare.isEmpty() ? std::nullopt : std::optional(bare.begin()->center());
 }
 
-QFuture<QImage> scaledOnPool(const QImage &image, PixelSize size)
+QImage scaled(const QImage &image, PixelSize size)
 {
-    auto promise = std::make_shared<QPromise<QImage>>();
-    QFuture<QImage> future = promise->future();
-    promise->start();
-    QThreadPool::globalInstance()->start([promise, image, size] {
-        promise->addResult(image.scaled(size.width, size.height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                               .convertToFormat(QImage::Format_RGB32));
-        promise->finish();
-    });
-    return future;
+    return image.scaled(size.width, size.height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .convertToFormat(QImage::Format_RGB32);
 }
 
 } // namespace
@@ -209,7 +201,8 @@ X11ScreenshotManager::capture(std::weak_ptr<State> weak, ContentFilter filter, S
         co_return tl::unexpected(pixels.error());
     }
     if (crop->isScaled()) {
-        pixels = co_await scaledOnPool(*pixels, plan.output);
+        pixels =
+            co_await makePicture(encodingPool(), [image = *pixels, size = plan.output] { return scaled(image, size); });
     }
     co_return Image::fromPixels(std::move(*pixels));
 }

@@ -10,7 +10,7 @@
 namespace lumenfold::test {
 
 /// A picture in which no two neighbouring places look alike, so that a shift by one pixel, a swapped channel or a
-/// rounding shows. The seed tells pictures apart. Format RGB32.
+/// rounding shows. Another seed is another picture. Format RGB32.
 [[nodiscard]] QImage knownPicture(QSize size, unsigned seed = 0);
 
 /// Something that a person takes for a desktop: a landscape of smooth colours with fine grain, as expensive to encode
