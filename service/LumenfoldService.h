@@ -1,14 +1,17 @@
 #pragma once
 
 #include "platform/image/Image.h"
+#include "service/LumenfoldTemplate.h"
 
 #include <QCoroTask>
 #include <QUrl>
 
+#include <vector>
+
 namespace lumenfold {
 
-/// The online service as the cards know it. Main thread. Each operation throws ServiceError, or the transport's own
-/// exception.
+/// The online service as the cards and the template picker know it. Main thread. Each operation throws ServiceError, or
+/// the transport's own exception.
 class LumenfoldService {
 public:
     LumenfoldService() = default;
@@ -21,6 +24,9 @@ public:
 
     /// Uploads the image and opens it in the service's editor in the user's browser.
     [[nodiscard]] virtual QCoro::Task<> openInLumenFold(Image image) = 0;
+
+    /// The user's templates, in the order in which the service sent them.
+    [[nodiscard]] virtual QCoro::Task<std::vector<LumenfoldTemplate>> fetchTemplates() = 0;
 };
 
 } // namespace lumenfold

@@ -36,6 +36,13 @@ QCoro::Task<> FakeLumenfoldService::openInLumenFold(Image image)
     co_await ending();
 }
 
+QCoro::Task<std::vector<LumenfoldTemplate>> FakeLumenfoldService::fetchTemplates()
+{
+    ++fetches;
+    co_await ending();
+    co_return templates;
+}
+
 void FakeLumenfoldService::succeed()
 {
     end(nullptr);

@@ -5,6 +5,7 @@
 #include "service/TemplateSelection.h"
 
 #include <coroutine>
+#include <cstddef>
 #include <deque>
 #include <exception>
 #include <memory>
@@ -12,18 +13,24 @@
 
 namespace lumenfold::test {
 
-/// Uploads nothing. An operation goes on until the test ends it; a test ends every one that it lets begin.
+/// Sends nothing. An operation goes on until the test ends it; a test ends every one that it lets begin.
 class FakeLumenfoldService : public LumenfoldService {
 public:
     [[nodiscard]] QCoro::Task<QUrl> save(Image image) override;
     [[nodiscard]] QCoro::Task<> openInLumenFold(Image image) override;
+    [[nodiscard]] QCoro::Task<std::vector<LumenfoldTemplate>> fetchTemplates() override;
 
     /// What was asked for, oldest first.
     std::vector<Image> saved;
     std::vector<Image> opened;
+    int fetches = 0;
     /// What save() answers.
     QUrl address{QStringLiteral("https://files.example/picture.png")};
+    /// What fetchTemplates() answers; as it is when the operation ends.
+    std::vector<LumenfoldTemplate> templates;
 
+    /// Operations that go on.
+    [[nodiscard]] std::size_t running() const { return m_operations.size(); }
     /// End the operation that began first among those that go on.
     void succeed();
     template <typename Error>
