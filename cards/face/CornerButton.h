@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cards/face/Symbol.h"
+#include "app/theme/Symbol.h"
 
 #include <QAbstractButton>
 

@@ -1,8 +1,8 @@
 #include "cards/face/StackControl.h"
 
+#include "app/theme/Symbol.h"
 #include "cards/StackControlState.h"
 #include "cards/face/FaceStyle.h"
-#include "cards/face/Symbol.h"
 
 #include <utility>
 

@@ -1,8 +1,8 @@
 #include "cards/face/StatusBadge.h"
 
 #include "app/configuration/Palette.h"
+#include "app/theme/Symbol.h"
 #include "cards/face/FaceStyle.h"
-#include "cards/face/Symbol.h"
 #include "platform/appearance/Appearance.h"
 
 #include <QFontMetricsF>

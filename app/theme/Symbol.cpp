@@ -1,4 +1,4 @@
-#include "cards/face/Symbol.h"
+#include "app/theme/Symbol.h"
 
 #include <QImage>
 #include <QPaintDevice>
@@ -34,6 +34,8 @@ QString nameOf(Symbol symbol)
     switch (symbol) {
     case Symbol::xmark:
         return QStringLiteral("xmark");
+    case Symbol::xmarkCircleFill:
+        return QStringLiteral("xmark.circle.fill");
     case Symbol::pinFill:
         return QStringLiteral("pin.fill");
     case Symbol::chevronUp:
@@ -42,6 +44,10 @@ QString nameOf(Symbol symbol)
         return QStringLiteral("chevron.down");
     case Symbol::checkmarkCircleFill:
         return QStringLiteral("checkmark.circle.fill");
+    case Symbol::magnifyingGlass:
+        return QStringLiteral("magnifyingglass");
+    case Symbol::photo:
+        return QStringLiteral("photo");
     }
     return {};
 }
@@ -61,7 +67,7 @@ QImage render(Symbol symbol, int side, const QColor &color)
 
 const QImage &rendering(Symbol symbol, int side, const QColor &color)
 {
-    // Five symbols, in two appearances and on screens of two scales.
+    // A handful of symbols, in two appearances and on screens of two scales.
     static std::vector<Rendering> made;
     const auto found = std::ranges::find_if(made, [&](const Rendering &each) {
         return each.symbol == symbol && each.side == side && each.color == color.rgba();
@@ -85,6 +91,17 @@ void paintSymbol(QPainter &painter, Symbol symbol, QPointF center, double pointS
     const QPointF corner(std::round(center.x() * scale - side / 2.0) / scale,
                          std::round(center.y() * scale - side / 2.0) / scale);
     painter.drawImage(QRectF(corner, QSizeF(side, side) / scale), rendering(symbol, side, color));
+}
+
+QIcon symbolIcon(Symbol symbol, int side, const QColor &color)
+{
+    QIcon icon;
+    for (const int scale : {1, 2, 3}) {
+        QPixmap pixmap = QPixmap::fromImage(rendering(symbol, side * scale, color));
+        pixmap.setDevicePixelRatio(scale);
+        icon.addPixmap(pixmap);
+    }
+    return icon;
 }
 
 } // namespace lumenfold
