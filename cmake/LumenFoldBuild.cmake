@@ -73,7 +73,9 @@ function(lumenfold_test target)
     else()
         add_test(NAME ${target} COMMAND ${target})
     endif()
-    set_tests_properties(${tests} PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT})
+    # Whoever wants a session bus starts one: none of the user's is met, and where there is none none is launched.
+    set_tests_properties(${tests} PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT}
+        ENVIRONMENT DBUS_SESSION_BUS_ADDRESS=disabled:)
     if(arg_ALONE)
         set_tests_properties(${tests} PROPERTIES RUN_SERIAL TRUE)
     endif()
