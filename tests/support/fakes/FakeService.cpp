@@ -40,7 +40,8 @@ QCoro::Task<std::vector<LumenfoldTemplate>> FakeLumenfoldService::fetchTemplates
 {
     ++fetches;
     co_await ending();
-    co_return templates;
+    // A copy: the task takes what it is given away from whoever gives it.
+    co_return std::vector(templates);
 }
 
 void FakeLumenfoldService::succeed()
