@@ -31,7 +31,7 @@ std::unique_ptr<Panel> CardPanels::makePanel(PreviewCardVariant variant, const R
     auto panel =
         m_factory.makePanel({.constraint = isPinned ? PanelConstraint::unconstrained : PanelConstraint::constrained,
                              .transparentMargin = cardHitMargin(variant),
-                             .title = isPinned ? QStringLiteral("Pinned screenshot") : QStringLiteral("Screenshot")},
+                             .title = isPinned ? tr("Pinned screenshot") : tr("Screenshot")},
                             frame);
     panel->setContentView(std::move(view));
     return panel;

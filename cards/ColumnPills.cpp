@@ -41,10 +41,10 @@ ColumnPills::~ColumnPills() = default;
 void ColumnPills::ensurePanels()
 {
     if (!m_controlPanel) {
-        m_controlPanel = makePanel(m_panels, m_views.makeCollapsePill(m_state), QStringLiteral("Collapse screenshots"));
+        m_controlPanel = makePanel(m_panels, m_views.makeCollapsePill(m_state), tr("Collapse or expand screenshots"));
     }
     if (!m_clearAllPanel) {
-        m_clearAllPanel = makePanel(m_panels, m_views.makeClearAllPill(m_state), QStringLiteral("Clear screenshots"));
+        m_clearAllPanel = makePanel(m_panels, m_views.makeClearAllPill(m_state), tr("Clear screenshots"));
     }
 }
 

@@ -4,6 +4,8 @@
 #include "platform/geometry/Geometry.h"
 #include "platform/panels/Panel.h"
 
+#include <QCoreApplication>
+
 #include <memory>
 #include <optional>
 
@@ -14,6 +16,8 @@ class StackControlState;
 
 /// The panels of the two controls beside the column. Main thread.
 class ColumnPills {
+    Q_DECLARE_TR_FUNCTIONS(lumenfold::ColumnPills)
+
 public:
     /// Everything must outlive this object.
     ColumnPills(PanelFactory &panels, CardViewFactory &views, StackControlState &state);

@@ -45,6 +45,7 @@ ActionPanel::ActionPanel(const Actions &actions, const Appearance &appearance, c
     connect(m_edit, &QAbstractButton::clicked, this, actions.onEdit);
     connect(m_save, &QAbstractButton::clicked, this, actions.onSave);
     connect(m_copy, &QAbstractButton::clicked, this, actions.onCopy);
+    setOpacity(0);
 }
 
 ActionPanel::~ActionPanel() = default;
@@ -57,6 +58,11 @@ void ActionPanel::setAvailable(bool available)
 bool ActionPanel::isShown() const
 {
     return m_isHovering && !isHidden();
+}
+
+QList<QAbstractButton *> ActionPanel::buttons() const
+{
+    return isHidden() ? QList<QAbstractButton *>() : QList<QAbstractButton *>{m_edit, m_save, m_copy};
 }
 
 void ActionPanel::setHovering(bool hovering)
@@ -72,6 +78,7 @@ void ActionPanel::setHovering(bool hovering)
         setOpacity(hovering ? 1 : 0);
         return;
     }
+    setOpacity(m_opacity);
     m_fade.setStartValue(m_opacity);
     m_fade.setEndValue(hovering ? 1.0 : 0.0);
     m_fade.start();
@@ -80,6 +87,10 @@ void ActionPanel::setHovering(bool hovering)
 void ActionPanel::setOpacity(double opacity)
 {
     m_opacity = opacity;
+    // What is not seen does not say that it shows; what is about to be can be pressed already.
+    for (QWidget *button : {m_edit, m_save, m_copy}) {
+        button->setVisible(m_isHovering || opacity > 0);
+    }
     update();
 }
 

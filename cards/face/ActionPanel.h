@@ -1,9 +1,12 @@
 #pragma once
 
+#include <QList>
 #include <QVariantAnimation>
 #include <QWidget>
 
 #include <functional>
+
+class QAbstractButton;
 
 namespace lumenfold {
 
@@ -12,8 +15,8 @@ class Appearance;
 class PanelFactory;
 
 /// What can be done with a card's picture, on a ground that covers the picture while the pointer is over it. Presses
-/// beside the buttons are the picture's. The buttons are there for assistive technology also while nothing of the panel
-/// is seen; only a panel that is not available offers none.
+/// beside the buttons are the picture's. The buttons can be pressed by assistive technologies also while nothing of the
+/// panel is seen; only a panel that is not available offers none.
 class ActionPanel : public QWidget {
     Q_OBJECT
 
@@ -37,6 +40,8 @@ public:
     [[nodiscard]] double opacity() const { return m_opacity; }
     /// What the opacity is or is on its way to.
     [[nodiscard]] bool isShown() const;
+    /// In the order of reading; none while the panel is not available.
+    [[nodiscard]] QList<QAbstractButton *> buttons() const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

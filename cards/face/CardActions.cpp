@@ -65,10 +65,10 @@ QCoro::Task<> runUpload(std::weak_ptr<PreviewModel> card, Image image, UploadKin
             model->setStatus(PreviewModel::Uploaded{});
             break;
         case Outcome::keyMissing:
-            model->setStatus(PreviewModel::Failed{QStringLiteral("API key required")});
+            model->setStatus(PreviewModel::Failed{CardActions::tr("API key required")});
             break;
         case Outcome::failed:
-            model->setStatus(PreviewModel::Failed{QStringLiteral("Upload failed")});
+            model->setStatus(PreviewModel::Failed{CardActions::tr("Upload failed")});
             break;
         }
     }

@@ -2,6 +2,7 @@
 
 #include "platform/image/Image.h"
 
+#include <QCoreApplication>
 #include <QCoroTask>
 #include <QUrl>
 
@@ -23,6 +24,8 @@ enum class UploadKind { save, openInLumenFold };
 
 /// What the buttons of one card do; the outcome shows in the model's status. Main thread.
 class CardActions {
+    Q_DECLARE_TR_FUNCTIONS(lumenfold::CardActions)
+
 public:
     /// Everything must outlive the actions and the uploads that they start. What is null is not there: an upload
     /// without a service fails, a missing key is asked for by nobody, no template is chosen.

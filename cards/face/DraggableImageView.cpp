@@ -1,32 +1,51 @@
 #include "cards/face/DraggableImageView.h"
 
+#include "cards/face/AccessiblePart.h"
 #include "cards/face/FaceStyle.h"
 #include "platform/panels/Panel.h"
 
+#include <QAbstractButton>
 #include <QAccessible>
-#include <QAccessibleWidget>
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace lumenfold {
 namespace {
 
-/// A picture to assistive technology, and its press is the double click.
-class AccessiblePicture : public QAccessibleWidget {
+/// A picture to assistive technology. Its press is the double click, and its other actions are named like the buttons
+/// that they press.
+class AccessiblePicture : public AccessiblePart {
 public:
-    explicit AccessiblePicture(DraggableImageView *view) : QAccessibleWidget(view, QAccessible::Graphic), m_view(view)
+    explicit AccessiblePicture(DraggableImageView *view) : AccessiblePart(view, QAccessible::Graphic), m_view(view) {}
+
+    [[nodiscard]] QStringList actionNames() const override
     {
+        QStringList names{pressAction()};
+        const QList<QAbstractButton *> buttons = m_view->buttons();
+        std::ranges::transform(buttons, std::back_inserter(names), &QAbstractButton::text);
+        return names;
     }
 
-    [[nodiscard]] QStringList actionNames() const override { return {pressAction()}; }
+    [[nodiscard]] QString localizedActionDescription(const QString &name) const override
+    {
+        return name == pressAction() ? DraggableImageView::tr("Shows the screenshot large") : name;
+    }
 
     void doAction(const QString &name) override
     {
         if (name == pressAction()) {
             m_view->expand();
+            return;
+        }
+        const QList<QAbstractButton *> buttons = m_view->buttons();
+        if (const auto found = std::ranges::find(buttons, name, &QAbstractButton::text); found != buttons.end()) {
+            // Later, because the card may go with it.
+            QMetaObject::invokeMethod(*found, &QAbstractButton::click, Qt::QueuedConnection);
         }
     }
 
@@ -69,6 +88,11 @@ void DraggableImageView::expand()
     if (const auto callback = m_callbacks.onDoubleClick) {
         callback();
     }
+}
+
+QList<QAbstractButton *> DraggableImageView::buttons() const
+{
+    return m_callbacks.buttons ? m_callbacks.buttons() : QList<QAbstractButton *>();
 }
 
 QPixmap DraggableImageView::visiblePicture()

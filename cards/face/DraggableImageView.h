@@ -3,12 +3,15 @@
 #include "cards/CardPicture.h"
 #include "platform/image/Image.h"
 
+#include <QList>
 #include <QPixmap>
 #include <QPoint>
 #include <QWidget>
 
 #include <functional>
 #include <optional>
+
+class QAbstractButton;
 
 namespace lumenfold {
 
@@ -25,6 +28,9 @@ public:
         /// The user has begun to drag the picture: the left button is held and has been moved since it was pressed at
         /// that place of the view. Called once for each press, inside the event.
         std::function<void(QPoint pressedAt)> onDragBegan;
+        /// The buttons that come over the picture with the pointer, as long as there are any. Assistive technologies,
+        /// which pass over what is not seen, press them by way of the picture.
+        std::function<QList<QAbstractButton *>()> buttons;
     };
 
     /// `panels` says whether windows blend; it must outlive the view.
@@ -44,6 +50,7 @@ public:
 
     /// What a double click does.
     void expand();
+    [[nodiscard]] QList<QAbstractButton *> buttons() const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

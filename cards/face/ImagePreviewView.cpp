@@ -2,6 +2,7 @@
 
 #include "app/configuration/Palette.h"
 #include "cards/CardShadow.h"
+#include "cards/face/AccessiblePart.h"
 #include "cards/face/CornerButton.h"
 #include "cards/face/FaceStyle.h"
 #include "platform/appearance/Appearance.h"
@@ -39,6 +40,8 @@ ImagePreviewView::ImagePreviewView(const Options &options, const Appearance &app
           {.symbol = Symbol::xmark, .iconSize = facestyle::closeButtonIconSize, .title = tr("Close preview")},
           appearance, panels, this))
 {
+    [[maybe_unused]] static const bool isPresented =
+        presentToAssistiveTechnologies<ImagePreviewView, QAccessible::Graphic>();
     setAccessibleName(tr("Screenshot preview"));
     connect(m_close, &QAbstractButton::clicked, this, [close = options.onClose] {
         if (close) {

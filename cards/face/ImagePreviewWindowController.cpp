@@ -8,8 +8,6 @@
 #include "platform/panels/Panel.h"
 #include "platform/screens/Screens.h"
 
-#include <QObject>
-
 namespace lumenfold {
 
 ImagePreviewWindowController::ImagePreviewWindowController(const Collaborators &collaborators)
@@ -31,8 +29,8 @@ void ImagePreviewWindowController::present(const Image &image)
             (*self)->close();
         }
     };
-    m_window =
-        m_with.panels.makePanel({.transparentMargin = margin, .title = QObject::tr("Screenshot preview")}, frame);
+    m_window = m_with.panels.makePanel(
+        {.transparentMargin = margin, .title = ImagePreviewView::tr("Screenshot preview")}, frame);
     m_window->setContentView(std::make_unique<ImagePreviewView>(
         ImagePreviewView::Options{.image = image, .hitMargin = margin, .onClose = closeThis}, m_with.appearance,
         m_with.panels));

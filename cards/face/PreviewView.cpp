@@ -154,9 +154,11 @@ void PreviewView::addImage()
             m_dragOut->pointerDragged({.view = m_image, .picture = m_image->visiblePicture(), .hotSpot = pressedAt});
         }
     };
-    m_image = new DraggableImageView(
-        m_model->image(), {.onDoubleClick = [this] { call(m_model->onExpandRequested); }, .onDragBegan = dragOut},
-        m_with.panels, this);
+    m_image = new DraggableImageView(m_model->image(),
+                                     {.onDoubleClick = [this] { call(m_model->onExpandRequested); },
+                                      .onDragBegan = dragOut,
+                                      .buttons = [this] { return m_actionPanel->buttons(); }},
+                                     m_with.panels, this);
     m_image->setAccessibleName(accessibleNameOf(*m_model));
     m_image->installEventFilter(this);
 }

@@ -2,6 +2,7 @@
 
 #include "app/configuration/Palette.h"
 #include "app/theme/Symbol.h"
+#include "cards/face/AccessiblePart.h"
 #include "cards/face/FaceStyle.h"
 #include "platform/appearance/Appearance.h"
 
@@ -64,6 +65,8 @@ StatusBadge::StatusBadge(std::function<void(const QUrl &uploaded)> onOpen, const
                          QWidget *parent)
     : QLabel(parent), m_appearance(appearance), m_button(new BadgeButton(this))
 {
+    [[maybe_unused]] static const bool isPresented =
+        presentToAssistiveTechnologies<StatusBadge, QAccessible::StaticText>();
     hide();
     m_button->setFocusPolicy(Qt::NoFocus);
     m_button->hide();
@@ -95,6 +98,7 @@ void StatusBadge::setStatus(const PreviewModel::Status &status)
         setText({});
     }
     setAttribute(Qt::WA_TransparentForMouseEvents, !canBeOpened);
+    setAccessibleName(text());
     m_button->setAccessibleName(text());
     m_button->setVisible(canBeOpened);
     setVisible(!std::holds_alternative<PreviewModel::Idle>(status));

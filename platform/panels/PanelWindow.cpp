@@ -2,6 +2,8 @@
 
 #include "platform/panels/PanelContentShape.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QTimer>
@@ -24,11 +26,19 @@ Qt::WindowFlags flagsFor(PanelKeyPolicy policy)
     return policy == PanelKeyPolicy::never ? flags | Qt::WindowDoesNotAcceptFocus : flags;
 }
 
+/// Assistive technologies look for what is a window; any other widget is a mere container to them.
+QAccessibleInterface *accessibleWindow(const QString &, QObject *object)
+{
+    auto *window = qobject_cast<PanelWindow *>(object);
+    return window != nullptr ? new QAccessibleWidget(window, QAccessible::Window) : nullptr;
+}
+
 } // namespace
 
 PanelWindow::PanelWindow(const PanelOptions &options)
     : QWidget(nullptr, flagsFor(options.keyPolicy)), m_transparentMargin(options.transparentMargin)
 {
+    [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(accessibleWindow), true);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_AlwaysShowToolTips);

@@ -19,7 +19,35 @@ void pressByAssistiveTechnology(QWidget &control)
     accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
 }
 
-using AccessibleFaceTest = CardFaceTest;
+/// The names of the buttons that assistive technologies find in a view, in order.
+QStringList buttonsListedIn(QAccessibleInterface *part)
+{
+    QStringList names;
+    for (int index = 0; index < part->childCount(); ++index) {
+        QAccessibleInterface *child = part->child(index);
+        EXPECT_EQ(part->indexOfChild(child), index);
+        if (child->role() == QAccessible::Button) {
+            names.append(child->text(QAccessible::Name));
+        }
+        names.append(buttonsListedIn(child));
+    }
+    return names;
+}
+
+class AccessibleFaceTest : public CardFaceTest {
+protected:
+    [[nodiscard]] QStringList buttonsListed() const
+    {
+        return buttonsListedIn(QAccessible::queryAccessibleInterface(view.get()));
+    }
+    [[nodiscard]] QAccessibleActionInterface &actionsOfThePicture() const
+    {
+        return *QAccessible::queryAccessibleInterface(&image())->actionInterface();
+    }
+
+    const QStringList theActions{QStringLiteral("Edit Screenshot"), QStringLiteral("Save"), QStringLiteral("Copy")};
+    const QStringList theCorners{QStringLiteral("Dismiss"), QStringLiteral("Pin as separate card")};
+};
 
 TEST_F(AccessibleFaceTest, everyControlHasANameAndARole)
 {
@@ -54,6 +82,46 @@ TEST_F(AccessibleFaceTest, thePictureIsOneAndCanBeOpened)
 
     pressByAssistiveTechnology(image());
     EXPECT_EQ(reported, QStringList({QStringLiteral("expand")}));
+}
+
+TEST_F(AccessibleFaceTest, onlyTheButtonsThatAreThereAreListed)
+{
+    makeCard();
+    EXPECT_EQ(buttonsListed(), theActions + theCorners);
+
+    model->setStatus(PreviewModel::Uploaded{});
+    EXPECT_EQ(buttonsListed(), theActions + theCorners);
+    model->setStatus(PreviewModel::Uploaded{QUrl(QStringLiteral("https://files.example/picture.png"))});
+    EXPECT_EQ(buttonsListed(), theActions + QStringList(QStringLiteral("Done")) + theCorners);
+
+    model->setStatus(PreviewModel::Idle{});
+    model->setDeckBehind(true);
+    EXPECT_EQ(buttonsListed(), QStringList(QStringLiteral("Bring to front")) + theCorners);
+}
+
+TEST_F(AccessibleFaceTest, actionsThatAreNotSeenDoNotSayThatTheyShow)
+{
+    makeCard();
+    const auto *save = buttonNamed(*view, QStringLiteral("Save"));
+    EXPECT_FALSE(save->isVisible());
+    enter(image());
+    EXPECT_TRUE(save->isVisible());
+    leave(image());
+    EXPECT_TRUE(waitFor([save] { return !save->isVisible(); }));
+}
+
+TEST_F(AccessibleFaceTest, thePictureOffersTheActionsThatComeWithThePointer)
+{
+    makeCard();
+    EXPECT_EQ(actionsOfThePicture().actionNames(), QStringList(QAccessibleActionInterface::pressAction()) + theActions);
+    actionsOfThePicture().doAction(QStringLiteral("Copy"));
+    EXPECT_TRUE(waitFor([this] { return pasteboard.images == std::vector{model->image()}; }));
+    actionsOfThePicture().doAction(QStringLiteral("Edit Screenshot"));
+    EXPECT_TRUE(waitFor([this] { return reported == QStringList({QStringLiteral("edit")}); }));
+    actionsOfThePicture().doAction(QStringLiteral("Fly"));
+
+    model->setCollapsed(true);
+    EXPECT_EQ(actionsOfThePicture().actionNames(), QStringList(QAccessibleActionInterface::pressAction()));
 }
 
 TEST_F(AccessibleFaceTest, aPinnedCardSaysSo)

@@ -24,7 +24,7 @@ protected:
         }
         return nullptr;
     }
-    [[nodiscard]] FakePanel &collapsePill() const { return *pillTitled(u"Collapse screenshots"_s); }
+    [[nodiscard]] FakePanel &collapsePill() const { return *pillTitled(u"Collapse or expand screenshots"_s); }
     [[nodiscard]] FakePanel &clearPill() const { return *pillTitled(u"Clear screenshots"_s); }
 };
 
