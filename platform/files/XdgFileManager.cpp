@@ -5,6 +5,14 @@
 #include <QStandardPaths>
 
 namespace lumenfold {
+namespace {
+
+std::optional<QString> absolute(const QString &path)
+{
+    return QDir::isAbsolutePath(path) ? std::optional(QDir::cleanPath(path)) : std::nullopt;
+}
+
+} // namespace
 
 std::optional<QString> XdgFileManager::picturesDirectory() const
 {
@@ -17,8 +25,12 @@ std::optional<QString> XdgFileManager::picturesDirectory() const
 
 std::optional<QString> XdgFileManager::applicationSupportDirectory() const
 {
-    const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return QDir::isAbsolutePath(path) ? std::optional(QDir::cleanPath(path)) : std::nullopt;
+    return absolute(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
+}
+
+std::optional<QString> XdgFileManager::cachesDirectory() const
+{
+    return absolute(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation));
 }
 
 QString XdgFileManager::homeDirectory() const

@@ -10,6 +10,7 @@ public:
     /// Nothing also when the Pictures folder is configured to be the home folder, which is how users do without one.
     [[nodiscard]] std::optional<QString> picturesDirectory() const override;
     [[nodiscard]] std::optional<QString> applicationSupportDirectory() const override;
+    [[nodiscard]] std::optional<QString> cachesDirectory() const override;
     [[nodiscard]] QString homeDirectory() const override;
     [[nodiscard]] bool isDirectory(const QString &path) const override;
 };

@@ -12,6 +12,11 @@ std::optional<QString> FakeFileManager::applicationSupportDirectory() const
     return applicationSupport;
 }
 
+std::optional<QString> FakeFileManager::cachesDirectory() const
+{
+    return caches;
+}
+
 QString FakeFileManager::homeDirectory() const
 {
     return home;

@@ -39,5 +39,13 @@ TEST_F(XdgDataHome, isInTheHomeFolderUnlessItIsNamed)
     EXPECT_EQ(XdgFileManager().applicationSupportDirectory(), u"/somewhere/home/.local/share"_s);
 }
 
+TEST(XdgCacheHome, isWhereProgramsKeepWhatTheyCanDoWithout)
+{
+    const QByteArray before = qgetenv("XDG_CACHE_HOME");
+    qputenv("XDG_CACHE_HOME", "/somewhere/cache");
+    EXPECT_EQ(XdgFileManager().cachesDirectory(), u"/somewhere/cache"_s);
+    before.isEmpty() ? qunsetenv("XDG_CACHE_HOME") : qputenv("XDG_CACHE_HOME", before);
+}
+
 } // namespace
 } // namespace lumenfold
