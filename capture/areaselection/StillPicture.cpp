@@ -1,5 +1,8 @@
 #include "capture/areaselection/StillPicture.h"
 
+#include "platform/image/EncodingPool.h"
+
+#include <QCoroFuture>
 #include <QDebug>
 
 #include <exception>
@@ -10,7 +13,9 @@ QCoro::Task<QImage> stillPicture(ScreenCaptureService service, Screen screen)
 {
     try {
         const Image picture = co_await service.capture(screen.frame, screen);
-        QImage pixels = picture.pixels();
+        // GCC 12 destroys what a lambda inside a co_await expression holds twice.
+        const QFuture<QImage> made = makePicture(encodingPool(), [picture] { return picture.pixels(); });
+        QImage pixels = co_await made;
         if (!pixels.isNull()) {
             co_return pixels;
         }

@@ -13,6 +13,7 @@
 #include <QMutexLocker>
 #include <QWaitCondition>
 
+#include <algorithm>
 #include <numeric>
 #include <utility>
 #include <vector>
@@ -31,6 +32,19 @@ struct Thumbnail {
     PixelSize bounds;
     QImage picture;
 };
+
+/// A copy in which every pixel says that it is opaque. Null without memory.
+QImage opaqueCopy(const QImage &pixels)
+{
+    constexpr QRgb opaque = 0xff000000;
+    QImage copy(pixels.size(), QImage::Format_RGB32);
+    for (int y = 0; y < copy.height(); ++y) {
+        const auto *source = reinterpret_cast<const QRgb *>(pixels.constScanLine(y));
+        std::transform(source, source + copy.width(), reinterpret_cast<QRgb *>(copy.scanLine(y)),
+                       [](QRgb pixel) { return pixel | opaque; });
+    }
+    return copy;
+}
 
 QImage preparedForEncoding(QImage pixels)
 {
@@ -63,13 +77,13 @@ QImage scaledInto(const QImage &pixels, PixelSize bounds)
     if (pixels.isNull() || bounds.isEmpty()) {
         return {};
     }
+    const bool isOpaque = pixels.format() == QImage::Format_RGB32;
     if (isWithin(size, bounds)) {
-        return pixels.copy();
+        return isOpaque ? opaqueCopy(pixels) : pixels.copy();
     }
     const PixelSize fitting = fittingInto(size, bounds);
-    return pixels.format() == QImage::Format_RGB32
-               ? AreaAverage::of(pixels, fitting)
-               : pixels.scaled(fitting.width, fitting.height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return isOpaque ? AreaAverage::of(pixels, fitting)
+                    : pixels.scaled(fitting.width, fitting.height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 /// The same from a file of the most usual kind, without ever having all pixels; null for any other file.
@@ -112,6 +126,8 @@ struct Image::Shared {
     QWaitCondition encodingEnded;
     Encoding encoding = Encoding::none;
     QImage pixels;
+    /// The unused bytes of `pixels` are not what the toolkit takes them for.
+    bool hasStrayBytes = false;
     PngBytes png;
     /// Where the bytes are when `png` does not have them. Read behind a mutex of its own, because a disk may take its
     /// time; set once, behind both, this one first.
@@ -138,6 +154,25 @@ struct Image::Shared {
     {
         if (releasesPixels && (png || file)) {
             pixels = QImage();
+        }
+    }
+
+    [[nodiscard]] QImage pixelsAtHand()
+    {
+        const QMutexLocker lock(&mutex);
+        return pixels;
+    }
+
+    /// Pixels as the toolkit wants them; null ones change nothing.
+    void keepPixels(const QImage &made)
+    {
+        const QMutexLocker lock(&mutex);
+        if (made.isNull()) {
+            return;
+        }
+        if (!releasesPixels || !pixels.isNull()) {
+            pixels = made;
+            hasStrayBytes = false;
         }
     }
 
@@ -174,11 +209,22 @@ Image::Image(std::shared_ptr<Shared> shared) : m_shared(std::move(shared)) {}
 
 Image Image::fromPixels(QImage pixels)
 {
+    return fromPixels(std::move(pixels), UnusedBytes::set);
+}
+
+Image Image::fromScreenPixels(QImage pixels)
+{
+    return fromPixels(std::move(pixels), UnusedBytes::stray);
+}
+
+Image Image::fromPixels(QImage pixels, UnusedBytes unusedBytes)
+{
     if (pixels.isNull()) {
         return {};
     }
     auto shared = std::make_shared<Shared>(PixelSize{pixels.width(), pixels.height()});
     shared->pixels = preparedForEncoding(std::move(pixels));
+    shared->hasStrayBytes = unusedBytes == UnusedBytes::stray && shared->pixels.format() == QImage::Format_RGB32;
     shared->encoding = Shared::Encoding::running;
     PngEncoder::encode(shared->pixels, [shared](PngBytes png) { shared->finishEncoding(std::move(png)); });
     return Image(std::move(shared));
@@ -237,18 +283,21 @@ QImage Image::pixels() const
         return {};
     }
     const QMutexLocker decoding(&m_shared->decoding);
-    {
+    QImage pixels = m_shared->pixelsAtHand();
+    if (!pixels.isNull()) {
         const QMutexLocker lock(&m_shared->mutex);
-        if (!m_shared->pixels.isNull()) {
-            return m_shared->pixels;
+        if (!m_shared->hasStrayBytes) {
+            return pixels;
         }
     }
-    const PngBytes png = m_shared->bytes();
-    QImage pixels = png ? PngDecoder::decode(*png) : QImage();
-    const QMutexLocker lock(&m_shared->mutex);
-    if (!m_shared->releasesPixels) {
-        m_shared->pixels = pixels;
+    if (!pixels.isNull()) {
+        // They may be being encoded, so they stay as they are.
+        pixels = opaqueCopy(pixels);
+    } else {
+        const PngBytes png = m_shared->bytes();
+        pixels = png ? PngDecoder::decode(*png) : QImage();
     }
+    m_shared->keepPixels(pixels);
     return pixels;
 }
 
@@ -316,7 +365,8 @@ QImage Image::thumbnail(PixelSize bounds) const
         made = png ? scaledInto(*png, bounds) : QImage();
     }
     if (made.isNull()) {
-        made = scaledInto(pixels(), bounds);
+        const QImage atHand = m_shared->pixelsAtHand();
+        made = scaledInto(atHand.isNull() ? pixels() : atHand, bounds);
     }
     const QMutexLocker lock(&m_shared->mutex);
     m_shared->keepThumbnail({bounds, made});

@@ -28,6 +28,10 @@ public:
     /// are shared, not copied, so the cleanup function of a QImage that wraps somebody else's memory is called when the
     /// last handle has let them go: on any thread, and possibly after this picture is gone.
     [[nodiscard]] static Image fromPixels(QImage pixels);
+    /// The same for pixels as a screen has them, opaque whatever the unused bytes of their RGB32 say: an X server
+    /// leaves there what the last program that drew had in it, and the toolkit would copy that into pictures that do
+    /// have transparency. Encoding passes over those bytes, so they are set right only for whoever asks for pixels.
+    [[nodiscard]] static Image fromScreenPixels(QImage pixels);
     /// From PNG bytes; no picture when they are not a PNG whose header says a believable size. Pixels are made when
     /// asked for.
     [[nodiscard]] static Image fromPng(QByteArray png);
@@ -45,7 +49,8 @@ public:
     /// In points. One point is one captured pixel, so this is the pixel size for every picture that has one.
     [[nodiscard]] Size size() const;
 
-    /// The pixels; decoded now if they were released. Null when there is no representation or the bytes are broken.
+    /// The pixels; decoded now if they were released, and copied the first time if they are a screen's: not for the
+    /// main thread. Null when there is no representation or the bytes are broken.
     [[nodiscard]] QImage pixels() const;
     [[nodiscard]] bool holdsPixels() const;
 
@@ -76,7 +81,10 @@ public:
     friend bool operator==(const Image &, const Image &) = default;
 
 private:
+    enum class UnusedBytes { set, stray };
+
     struct Shared;
+    [[nodiscard]] static Image fromPixels(QImage pixels, UnusedBytes unusedBytes);
     explicit Image(std::shared_ptr<Shared> shared);
     std::shared_ptr<Shared> m_shared;
 };

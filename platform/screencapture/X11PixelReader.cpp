@@ -1,6 +1,6 @@
 #include "platform/screencapture/X11PixelReader.h"
 
-#include "platform/screencapture/OpaquePixels.h"
+#include "platform/image/EncodingPool.h"
 
 #include <QCoroFuture>
 #include <QSysInfo>
@@ -92,6 +92,18 @@ PlatformError outOfMemory()
         .domain = QString::fromLatin1(x11ErrorDomain), .code = XCB_ALLOC, .description = u"no memory for a picture"_s};
 }
 
+/// Other formats are converted on a thread of the pool.
+QCoro::Task<QImage> asRgb32(QImage image)
+{
+    if (image.format() == QImage::Format_RGB32) {
+        co_return image;
+    }
+    // GCC 12 destroys what a lambda inside a co_await expression holds twice.
+    const QFuture<QImage> converted =
+        makePicture(encodingPool(), [image] { return image.convertToFormat(QImage::Format_RGB32); });
+    co_return co_await converted;
+}
+
 } // namespace
 
 PixelLayout rootPixelLayout(const X11Connection &connection)
@@ -169,7 +181,7 @@ QCoro::Task<X11PixelReader::Result> X11PixelReader::readShared(X11Connection &co
     if (!answer) {
         co_return tl::unexpected(answer.error());
     }
-    co_return co_await madeOpaque(SharedPixels::intoImage(std::move(memory), part.size(), bytesPerLine, layout.format));
+    co_return co_await asRgb32(SharedPixels::intoImage(std::move(memory), part.size(), bytesPerLine, layout.format));
 }
 
 QCoro::Task<X11PixelReader::Result> X11PixelReader::readBands(X11Connection &connection, PixelLayout layout,
@@ -225,7 +237,7 @@ QCoro::Task<X11PixelReader::Result> X11PixelReader::readBands(X11Connection &con
     if (error) {
         co_return tl::unexpected(*error);
     }
-    co_return co_await madeOpaque(std::move(image));
+    co_return co_await asRgb32(std::move(image));
 }
 
 } // namespace lumenfold

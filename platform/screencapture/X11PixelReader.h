@@ -43,8 +43,8 @@ public:
     /// A part of this size is going to be read within a moment.
     void prepare(QSize size);
 
-    /// `part` must lie within the drawable. The picture is opaque, format RGB32. Only `connection` is used after this
-    /// returns, so the reader may go away meanwhile.
+    /// `part` must lie within the drawable. The picture's format is RGB32, its unused bytes as the server left them.
+    /// Only `connection` is used after this returns, so the reader may go away meanwhile.
     [[nodiscard]] QCoro::Task<Result> read(xcb_drawable_t drawable, QRect part);
 
     [[nodiscard]] bool usesSharedMemory() const { return m_usesSharedMemory; }

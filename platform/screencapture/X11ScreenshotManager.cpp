@@ -201,10 +201,12 @@ X11ScreenshotManager::capture(std::weak_ptr<State> weak, ContentFilter filter, S
         co_return tl::unexpected(pixels.error());
     }
     if (crop->isScaled()) {
-        pixels =
-            co_await makePicture(encodingPool(), [image = *pixels, size = plan.output] { return scaled(image, size); });
+        // GCC 12 destroys what a lambda inside a co_await expression holds twice.
+        const QFuture<QImage> made =
+            makePicture(encodingPool(), [image = *pixels, size = plan.output] { return scaled(image, size); });
+        pixels = co_await made;
     }
-    co_return Image::fromPixels(std::move(*pixels));
+    co_return Image::fromScreenPixels(std::move(*pixels));
 }
 
 QCoro::Task<tl::expected<QImage, PlatformError>> X11ScreenshotManager::readPixels(std::weak_ptr<State> weak, Plan plan)
