@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <random>
@@ -22,8 +23,12 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int kills = 300;
-/// The program takes some ten milliseconds to begin; the moments lie between nothing and this much later.
-constexpr unsigned latestKillMilliseconds = 150;
+/// The moments lie between nothing and this much later at first. How long the program takes to begin depends on the
+/// machine and on what else it does, so the moments follow: later when nothing had changed, earlier when something had.
+constexpr double firstLatestKill = 150'000;
+constexpr double longestLatestKill = 3'000'000;
+constexpr double whenTooEarly = 1.1;
+constexpr double whenLateEnough = 0.9;
 
 class KilledCardKeeper : public ::testing::Test {
 protected:
@@ -66,18 +71,22 @@ TEST_F(KilledCardKeeper, keepsEveryCardThatItsListNames)
     int killedWhileWriting = 0;
     int leftOver = 0;
     QByteArray listBefore;
+    double latestKill = firstLatestKill;
     for (int kill = 0; kill < kills; ++kill) {
         Process keeper({.program = QStringLiteral(LUMENFOLD_CARD_KEEPER),
                         .arguments = {m_folder.path(), QString::number(random())},
                         .logFile = path(u"log"_s)});
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % (latestKillMilliseconds * 1000)));
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % static_cast<unsigned>(latestKill)));
         keeper.sendSignal(SIGKILL);
         ASSERT_EQ(keeper.waitForExit(), (Process::Exit{.status = -1, .signal = SIGKILL}))
             << "kill " << kill << ": " << keeper.log().constData();
         ASSERT_NO_FATAL_FAILURE(checkCards()) << "kill " << kill;
         leftOver += QFile::exists(path(u".writing.tmp"_s)) ? 1 : 0;
         const QByteArray list = QJsonDocument(manifest()).toJson();
-        killedWhileWriting += list != listBefore ? 1 : 0;
+        const bool wasWriting = list != listBefore;
+        killedWhileWriting += wasWriting ? 1 : 0;
+        latestKill = std::clamp(latestKill * (wasWriting ? whenLateEnough : whenTooEarly), firstLatestKill / 2,
+                                longestLatestKill);
         listBefore = list;
     }
     std::printf("%d cards checked; %d kills came while cards changed, %d in the middle of a file\n", m_cardsChecked,
