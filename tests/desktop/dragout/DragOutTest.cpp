@@ -1,69 +1,13 @@
 /// Cards that are dragged onto other programs' windows.
-#include "tests/desktop/DesktopSetting.h"
-#include "tests/support/desktop/DesktopTest.h"
-#include "tests/support/desktop/DropTarget.h"
+#include "tests/desktop/dragout/DragOutFixture.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QUrl>
 
 namespace lumenfold::test {
 namespace {
-
-class DragOut : public DesktopTest, public ::testing::WithParamInterface<DesktopSetting> {
-protected:
-    /// A desktop with one card.
-    Desktop &startWithCard(const QImage &background = {})
-    {
-        Desktop &desktop = start(GetParam().options());
-        desktop.paintBackground(background.isNull() ? knownPicture(cardFriendlyScreen * GetParam().scale) : background);
-        desktop.pointer().moveTo({pixels(1200), pixels(100)});
-        desktop.press("Super+Alt+1");
-        desktop.waitForClipboard();
-        desktop.waitForPanels(1);
-        desktop.waitForStillPicture();
-        m_png = desktop.clipboardPng();
-        m_card = CardColumn{.workArea = desktop.workArea(), .scale = GetParam().scale}.slot(0);
-        return desktop;
-    }
-
-    [[nodiscard]] int pixels(int points) const { return points * GetParam().scale; }
-    [[nodiscard]] QRect pixels(QRect points) const
-    {
-        return {points.topLeft() * GetParam().scale, points.size() * GetParam().scale};
-    }
-
-    /// Takes hold of the card's picture, outside the buttons that come with the pointer, and drags it there.
-    void dragTo(DropTarget &target, QPoint place, DropManner manner = DropManner::takesTheDrop)
-    {
-        Pointer &pointer = m_desktop->pointer();
-        const QPoint from = m_card.topLeft() + QPoint(pixels(CardColumn::hitMargin + 6), pixels(70));
-        pointer.moveTo(from);
-        pointer.down();
-        pointer.moveTo(from + QPoint(pixels(30), 0));
-        // The file is made, and the drag begins.
-        EXPECT_TRUE(target.waitFor([&] {
-            pointer.moveTo(place + QPoint(m_nudge = !m_nudge, 0));
-            return target.isEntered() && (target.isAnswerKnown() || manner == DropManner::neverAnswers);
-        }));
-    }
-
-    /// Where it is. Movements with a button held are none to the column, so one follows without.
-    void letGo()
-    {
-        Pointer &pointer = m_desktop->pointer();
-        pointer.up();
-        pointer.moveTo(pointer.place() + QPoint(1, 1));
-    }
-
-    QByteArray m_png;
-    QRect m_card;
-    bool m_nudge = false;
-};
 
 TEST_P(DragOut, AnotherProgramGetsTheFile)
 {
@@ -212,68 +156,6 @@ INSTANTIATE_TEST_SUITE_P(On, LargeDragOut,
                          ::testing::Values(DesktopSetting{"FourThousandPixels", WindowManagerKind::openbox,
                                                           CompositorKind::none, 3}),
                          DesktopSetting::nameOf);
-
-class FileManagerDrop : public DragOut {
-protected:
-    [[nodiscard]] std::optional<QRect> windowTitled(const QString &title) const
-    {
-        for (const WindowInfo &window : windowsOnScreen(m_desktop->connection())) {
-            if (window.title.contains(title)) {
-                return window.frame;
-            }
-        }
-        return std::nullopt;
-    }
-};
-
-TEST_P(FileManagerDrop, TheFileArrivesWholeInAFolder)
-{
-    const QString fileManager = QStandardPaths::findExecutable(QStringLiteral("pcmanfm"));
-    if (fileManager.isEmpty()) {
-        GTEST_SKIP() << "pcmanfm is not installed";
-    }
-    Desktop &desktop = startWithCard();
-    QTemporaryDir parent;
-    const QString name = QStringLiteral("droppedhere");
-    const QString folder = parent.filePath(name);
-    ASSERT_TRUE(QDir().mkpath(folder));
-    Process program({.program = fileManager,
-                     .arguments = {QStringLiteral("--no-desktop"), folder},
-                     .environment = desktop.environment()});
-    waitUntil("the file manager's window", [&] { return windowTitled(name).has_value(); });
-    desktop.waitForStillPicture();
-    const QRect window = *windowTitled(name);
-    // Its files, right of the places and beneath the bars.
-    const QPoint place(window.right() - window.width() / 4, window.center().y());
-
-    Pointer &pointer = desktop.pointer();
-    const QPoint from = m_card.topLeft() + QPoint(pixels(CardColumn::hitMargin + 6), pixels(70));
-    pointer.moveTo(from);
-    // The card and the pill beside it.
-    EXPECT_TRUE(waitFor([&] { return desktop.panels().size() == 2; }));
-    pointer.down();
-    pointer.moveTo(from + QPoint(pixels(30), 0));
-    // What is dropped before the window has answered that it takes it, it does not get.
-    EXPECT_TRUE(waitFor([&] { return desktop.panels().size() > 2; }));
-    for (int step = 0; step < 20; ++step) {
-        pointer.moveTo(place + QPoint(step, 0));
-        desktop.waitForStillPicture();
-    }
-    letGo();
-
-    EXPECT_TRUE(waitFor([&] {
-        const QStringList files = QDir(folder).entryList(QDir::Files);
-        return files.size() == 1 && QFileInfo(folder + u'/' + files.first()).size() == m_png.size();
-    }));
-    const QStringList files = QDir(folder).entryList(QDir::Files);
-    ASSERT_EQ(files.size(), 1);
-    EXPECT_TRUE(files.first().startsWith(QStringLiteral("LumenFold Screenshot ")));
-    QFile file(folder + u'/' + files.first());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), m_png);
-}
-
-INSTANTIATE_TEST_SUITE_P(On, FileManagerDrop, ::testing::Values(DesktopSetting{"Openbox"}), DesktopSetting::nameOf);
 
 } // namespace
 } // namespace lumenfold::test
