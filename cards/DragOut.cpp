@@ -4,14 +4,15 @@
 #include "platform/dragdrop/DragSessions.h"
 #include "platform/image/EncodingPool.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QDebug>
 #include <QFile>
 #include <QMetaObject>
+#include <QPromise>
 #include <QThreadPool>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace lumenfold {
@@ -39,6 +40,7 @@ void logWriteFailure(const QString &error)
 DragOut::DragOut(DragSessions &sessions, DragFolder &folder)
     : now(&QDateTime::currentSecsSinceEpoch), m_sessions(sessions), m_folder(folder)
 {
+    connect(&m_writing, &QFutureWatcherBase::finished, this, [this] { written(m_writing.result()); });
 }
 
 DragOut::~DragOut() = default;
@@ -86,24 +88,27 @@ void DragOut::write(const QByteArray &png)
         abandon();
         return;
     }
-    backgroundPool().start([self = QPointer(this), image = m_image, path = *file.path, png] {
-        const QString error = writeFile(path, png);
-        const auto written = [self, image, path, error] {
-            if (!self) {
-                return;
-            }
-            if (!error.isEmpty()) {
-                logWriteFailure(error);
-                self->abandon();
-            } else if (image != self->m_image) {
-                self->abandon();
-            } else {
-                self->m_filePath = path;
-                self->begin();
-            }
-        };
-        QMetaObject::invokeMethod(QCoreApplication::instance(), written, Qt::QueuedConnection);
+    auto promise = std::make_shared<QPromise<Written>>();
+    promise->start();
+    m_writing.setFuture(promise->future());
+    backgroundPool().start([promise, image = m_image, path = *file.path, png] {
+        promise->addResult(Written{.image = image, .path = path, .error = writeFile(path, png)});
+        promise->finish();
     });
+}
+
+void DragOut::written(const Written &file)
+{
+    if (!file.error.isEmpty()) {
+        logWriteFailure(file.error);
+        abandon();
+    } else if (file.image != m_image) {
+        abandon();
+    } else {
+        m_filePath = file.path;
+        // Not inside the watcher's own event, for the same reason.
+        QMetaObject::invokeMethod(this, &DragOut::begin, Qt::QueuedConnection);
+    }
 }
 
 void DragOut::begin()

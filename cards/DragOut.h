@@ -2,6 +2,7 @@
 
 #include "platform/image/Image.h"
 
+#include <QFutureWatcher>
 #include <QObject>
 #include <QPixmap>
 #include <QPoint>
@@ -55,8 +56,17 @@ public:
     std::function<qint64()> now;
 
 private:
+    /// How the writing of a file ended.
+    struct Written {
+        Image image;
+        QString path;
+        /// Empty when it was written, else why not.
+        QString error;
+    };
+
     void prepareFile();
     void write(const QByteArray &png);
+    void written(const Written &file);
     void begin();
     void abandon();
 
@@ -67,6 +77,7 @@ private:
     bool m_isBusy = false;
     QPointer<QWidget> m_view;
     Origin m_origin;
+    QFutureWatcher<Written> m_writing;
 };
 
 } // namespace lumenfold

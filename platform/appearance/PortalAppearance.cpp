@@ -8,9 +8,6 @@
 #include <QGuiApplication>
 #include <QPalette>
 
-#include <mutex>
-#include <thread>
-
 namespace lumenfold {
 namespace {
 
@@ -47,37 +44,14 @@ ColorScheme schemeOfToolkit()
 
 } // namespace
 
-struct PortalAppearance::BusWait {
-    std::mutex mutex;
-    /// Null once nobody wants to know any more.
-    PortalAppearance *appearance = nullptr;
-
-    void connected()
-    {
-        const std::lock_guard lock(mutex);
-        if (appearance != nullptr) {
-            QMetaObject::invokeMethod(appearance, &PortalAppearance::busAnswered, Qt::QueuedConnection);
-        }
-    }
-};
-
-PortalAppearance::PortalAppearance() : m_busWait(std::make_shared<BusWait>()), m_told(schemeOfToolkit())
+PortalAppearance::PortalAppearance() : m_told(schemeOfToolkit())
 {
     QGuiApplication::instance()->installEventFilter(this);
-    m_busWait->appearance = this;
-    // Opening the connection waits for the bus, so a thread does it that nobody waits for.
-    std::thread([wait = m_busWait] {
-        if (QDBusConnection::sessionBus().isConnected()) {
-            wait->connected();
-        }
-    }).detach();
+    // Nothing that the user waits for at the start comes after this.
+    QMetaObject::invokeMethod(this, &PortalAppearance::askTheDesktop, Qt::QueuedConnection);
 }
 
-PortalAppearance::~PortalAppearance()
-{
-    const std::lock_guard lock(m_busWait->mutex);
-    m_busWait->appearance = nullptr;
-}
+PortalAppearance::~PortalAppearance() = default;
 
 ColorScheme PortalAppearance::colorScheme() const
 {
@@ -92,7 +66,7 @@ bool PortalAppearance::eventFilter(QObject *watched, QEvent *event)
     return Appearance::eventFilter(watched, event);
 }
 
-void PortalAppearance::busAnswered()
+void PortalAppearance::askTheDesktop()
 {
     // Without the service's name: with it, the toolkit would ask the bus who that is, and wait for the answer. So
     // anybody on the bus can send this signal, and what counts is what the portal then answers.

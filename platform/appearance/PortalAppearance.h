@@ -2,13 +2,13 @@
 
 #include "platform/appearance/Appearance.h"
 
-#include <memory>
 #include <optional>
 
 namespace lumenfold {
 
 /// What the settings portal of the desktop says ("color-scheme" of "org.freedesktop.appearance"); where it says
-/// nothing, what the toolkit's own colours look like. Nothing here waits for the bus, which may hang for ever.
+/// nothing, what the toolkit's own colours look like. The session bus is asked a moment after the start and must have
+/// been greeted before (platform/session/SessionBus); nothing here waits for the portal, which may hang for ever.
 class PortalAppearance : public Appearance {
     Q_OBJECT
 
@@ -25,13 +25,10 @@ private Q_SLOTS:
     void readSetting();
 
 private:
-    struct BusWait;
-
-    void busAnswered();
+    void askTheDesktop();
     void take(std::optional<ColorScheme> preference);
     void tellIfChanged();
 
-    std::shared_ptr<BusWait> m_busWait;
     /// Of the desktop; nothing while it has none or has not said so.
     std::optional<ColorScheme> m_preference;
     ColorScheme m_told;

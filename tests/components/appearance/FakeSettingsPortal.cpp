@@ -33,6 +33,10 @@ FakeSettingsPortal::~FakeSettingsPortal()
 void FakeSettingsPortal::Read(const QString &askedGroup, const QString &askedKey, const QDBusMessage &call)
 {
     ++reads;
+    if (m_isSilent) {
+        call.setDelayedReply(true);
+        return;
+    }
     if (!m_colorScheme || askedGroup != group || askedKey != key) {
         m_bus.send(call.createErrorReply(QStringLiteral("org.freedesktop.portal.Error.NotFound"),
                                          QStringLiteral("Requested setting not found")));

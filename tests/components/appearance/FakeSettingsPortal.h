@@ -21,6 +21,9 @@ public:
     /// The user has changed it: says so to everybody.
     void change(uint colorScheme);
 
+    /// From now on questions get no answer, not even an error.
+    void fallSilent() { m_isSilent = true; }
+
     int reads = 0;
 
 public Q_SLOTS:
@@ -30,6 +33,7 @@ public Q_SLOTS:
 private:
     QDBusConnection m_bus;
     std::optional<uint> m_colorScheme;
+    bool m_isSilent = false;
 };
 
 } // namespace lumenfold::test

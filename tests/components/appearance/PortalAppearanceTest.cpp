@@ -69,6 +69,20 @@ TEST_F(PortalAppearanceTest, withoutAWordOfTheDesktopTheToolkitsColoursCount)
     EXPECT_TRUE(waitFor([&] { return notices == 1; }));
 }
 
+TEST_F(PortalAppearanceTest, aPortalThatNeverAnswersIsNotWaitedFor)
+{
+    FakeSettingsPortal portal(prefersDark);
+    portal.fallSilent();
+    PortalAppearance appearance;
+    watch(appearance);
+    // The question arrives while this thread goes on, and the toolkit's colours count meanwhile.
+    ASSERT_TRUE(waitFor([&] { return portal.reads == 1; }));
+    EXPECT_EQ(appearance.colorScheme(), ColorScheme::light);
+    QApplication::setPalette(QPalette(Qt::black));
+    EXPECT_EQ(appearance.colorScheme(), ColorScheme::dark);
+    EXPECT_TRUE(waitFor([&] { return notices == 1; }));
+}
+
 TEST_F(PortalAppearanceTest, withoutAPortalItIsTheSame)
 {
     const PortalAppearance appearance;
