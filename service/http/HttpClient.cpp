@@ -17,7 +17,9 @@ bool canBeSent(const HttpRequest &request)
     const QString scheme = request.address.scheme();
     const bool leadsToServer = scheme == QStringView(u"https") || scheme == QStringView(u"http");
     return leadsToServer && request.address.isValid() && !request.address.host().isEmpty() &&
-           std::ranges::all_of(request.headers, [](const HttpHeader &header) { return isHeaderValue(header.value); });
+           std::ranges::all_of(request.headers, [](const HttpHeader &header) {
+               return isHeaderValue(header.name) && isHeaderValue(header.value);
+           });
 }
 
 } // namespace
@@ -110,8 +112,9 @@ void HttpClient::cancel(quint64 number)
 HttpThread &HttpClient::thread()
 {
     if (m_onThread == nullptr) {
-        m_onThread =
-            new HttpThread(m_options.additionalAuthorities, [this](quint64 number, const HttpOutcome &outcome) {
+        m_onThread = new HttpThread(
+            {.authoritiesPem = m_options.additionalAuthorities, .keepConnections = m_options.keepConnections},
+            [this](quint64 number, const HttpOutcome &outcome) {
                 QMetaObject::invokeMethod(&m_here, [this, number, outcome] { finish(number, outcome); });
             });
         m_thread = std::make_unique<QThread>();

@@ -23,12 +23,15 @@ class HttpThread;
 /// certificates, the search for a proxy) keeps a thread busy for tens of milliseconds. The thread begins with the first
 /// request: a program without an account has none.
 ///
-/// Certificates are always checked. No cookies, no cache, nothing is sent twice. What redirects do: Redirects.h.
+/// Certificates are always checked. No cookies, no cache, no body is sent twice. What redirects do: Redirects.h.
 class HttpClient {
 public:
     struct Options {
         /// Certificate authorities to trust beside those of the machine, in PEM.
         QByteArray additionalAuthorities{};
+        /// How long connections are kept for another request when nothing goes on: over the steps of an upload and the
+        /// pictures of a list, no longer.
+        std::chrono::milliseconds keepConnections = std::chrono::seconds{10};
     };
 
     HttpClient();

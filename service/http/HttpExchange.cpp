@@ -1,5 +1,6 @@
 #include "service/http/HttpExchange.h"
 
+#include "service/http/OneTimeBody.h"
 #include "service/http/Redirects.h"
 
 #include <QNetworkAccessManager>
@@ -7,6 +8,7 @@
 #include <QNetworkRequest>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace lumenfold {
@@ -47,23 +49,19 @@ int statusOf(const QNetworkReply &reply)
     return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
 
-/// The library calls many a status an error; such answers are whole nevertheless.
+/// The library calls every status from 400 on an error of its own; such answers are whole nevertheless.
 bool isWholeAnswer(const QNetworkReply &reply)
 {
-    if (statusOf(reply) == 0) {
-        return false;
+    constexpr int firstErrorStatus = 400;
+    const QNetworkReply::NetworkError error = reply.error();
+    // It would send the body again where a redirect leads, which is not for it to do.
+    if (error == QNetworkReply::NoError || error == QNetworkReply::ContentReSendError) {
+        return statusOf(reply) != 0;
     }
-    switch (reply.error()) {
-    case QNetworkReply::NoError:
-    case QNetworkReply::ProxyAuthenticationRequiredError:
-    case QNetworkReply::ProtocolInvalidOperationError:
-        return true;
-    case QNetworkReply::ProtocolUnknownError:
-    case QNetworkReply::ProtocolFailure:
-        return false;
-    default:
-        return reply.error() >= QNetworkReply::ContentAccessDenied;
-    }
+    const bool isOfStatus = error == QNetworkReply::ProxyAuthenticationRequiredError ||
+                            (error >= QNetworkReply::ContentAccessDenied &&
+                             error != QNetworkReply::ProtocolUnknownError && error != QNetworkReply::ProtocolFailure);
+    return isOfStatus && statusOf(reply) >= firstErrorStatus;
 }
 
 TransportError::Kind kindOf(QNetworkReply::NetworkError error)
@@ -80,13 +78,12 @@ TransportError::Kind kindOf(QNetworkReply::NetworkError error)
     case QNetworkReply::SslHandshakeFailedError:
         return Kind::untrusted;
     case QNetworkReply::RemoteHostClosedError:
+    case QNetworkReply::ContentReSendError:
     case QNetworkReply::ProxyConnectionClosedError:
         return Kind::cutOff;
     case QNetworkReply::TimeoutError:
     case QNetworkReply::ProxyTimeoutError:
         return Kind::timedOut;
-    case QNetworkReply::ProtocolFailure:
-        return Kind::notHttp;
     default:
         return Kind::other;
     }
@@ -120,31 +117,24 @@ void HttpExchange::send()
     const QNetworkRequest request = platformRequest(m_request, m_security);
     m_body.clear();
     m_sent = 0;
-    m_connections = 0;
-    switch (m_request.method) {
-    case HttpMethod::get:
+    if (m_request.method == HttpMethod::get) {
         m_reply = m_manager.get(request);
-        break;
-    case HttpMethod::post:
-        m_reply = m_manager.post(request, m_request.body);
-        break;
-    case HttpMethod::put:
-        m_reply = m_manager.put(request, m_request.body);
-        break;
+    } else {
+        auto body = std::make_unique<OneTimeBody>(m_request.body);
+        m_reply = m_request.method == HttpMethod::post ? m_manager.post(request, body.get())
+                                                       : m_manager.put(request, body.get());
+        body.release()->setParent(m_reply);
     }
     connect(m_reply, &QNetworkReply::readyRead, this, [this] { readWhatIsThere(); });
     connect(m_reply, &QNetworkReply::finished, this, [this] { replyFinished(); });
     connect(m_reply, &QNetworkReply::uploadProgress, this, [this](qint64 sent, qint64) { sentSoFar(sent); });
-    connect(m_reply, &QNetworkReply::socketStartedConnecting, this, [this] { connecting(); });
 }
 
 void HttpExchange::dropReply()
 {
     if (QNetworkReply *reply = std::exchange(m_reply, nullptr)) {
-        // Aborting says that it finished.
+        // It may be in the middle of telling us something. Deleting it aborts it.
         disconnect(reply, nullptr, this, nullptr);
-        reply->abort();
-        // May be in the middle of telling us something.
         reply->deleteLater();
     }
 }
@@ -154,15 +144,6 @@ void HttpExchange::sentSoFar(qint64 bytes)
     if (bytes > m_sent) {
         m_sent = bytes;
         m_patience.start();
-    }
-}
-
-void HttpExchange::connecting()
-{
-    // The library sends a request again when the connection is lost before the answer begins, up to three times. A
-    // server that cuts it may well have done what it was asked.
-    if (++m_connections > 1) {
-        fail(TransportError::Kind::cutOff);
     }
 }
 

@@ -39,7 +39,6 @@ private:
     void readWhatIsThere();
     void replyFinished();
     void sentSoFar(qint64 bytes);
-    void connecting();
     void end(const HttpOutcome &outcome);
     void fail(TransportError::Kind kind, int code = 0);
 
@@ -51,7 +50,6 @@ private:
     QTimer m_patience;
     qint64 m_sent = 0;
     int m_redirects = 0;
-    int m_connections = 0;
 };
 
 } // namespace lumenfold

@@ -52,9 +52,14 @@ struct HttpThread::Network {
     QNetworkAccessManager manager;
 };
 
-HttpThread::HttpThread(QByteArray authoritiesPem, std::function<void(Number, const HttpOutcome &)> onEnded)
-    : m_onEnded(std::move(onEnded)), m_authoritiesPem(std::move(authoritiesPem))
+HttpThread::HttpThread(Options options, std::function<void(Number, const HttpOutcome &)> onEnded)
+    : m_onEnded(std::move(onEnded)), m_options(std::move(options))
 {
+    // A connection that has been idle for long, through a sleep of the machine perhaps, is often dead without knowing
+    // it, and what is sent over it is lost. And a program at rest has no connections.
+    m_rest.setSingleShot(true);
+    m_rest.setInterval(m_options.keepConnections);
+    m_rest.callOnTimeout(this, [this] { m_network->manager.clearConnectionCache(); });
 }
 
 HttpThread::~HttpThread() = default;
@@ -62,8 +67,9 @@ HttpThread::~HttpThread() = default;
 void HttpThread::begin(Number number, const HttpRequest &request)
 {
     if (!m_network) {
-        m_network = std::make_unique<Network>(m_authoritiesPem);
+        m_network = std::make_unique<Network>(m_options.authoritiesPem);
     }
+    m_rest.stop();
     m_waiting.push_back({number, request});
     beginThoseWhoseTurnItIs();
 }
@@ -73,6 +79,14 @@ void HttpThread::cancel(Number number)
     std::erase_if(m_waiting, [number](const Waiting &waiting) { return waiting.number == number; });
     m_running.erase(number);
     beginThoseWhoseTurnItIs();
+    restIfNothingGoesOn();
+}
+
+void HttpThread::restIfNothingGoesOn()
+{
+    if (m_running.empty()) {
+        m_rest.start();
+    }
 }
 
 bool HttpThread::isServerBusy(const QUrl &address) const
@@ -97,6 +111,7 @@ void HttpThread::beginThoseWhoseTurnItIs()
             m_running.extract(number).mapped().release()->deleteLater();
             m_onEnded(number, outcome);
             beginThoseWhoseTurnItIs();
+            restIfNothingGoesOn();
         };
         m_running.emplace(number, std::move(exchange)).first->second->begin(m_network->security);
     }

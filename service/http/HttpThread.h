@@ -14,8 +14,14 @@ class HttpThread : public QObject {
 public:
     using Number = quint64;
 
+    struct Options {
+        QByteArray authoritiesPem{};
+        /// How long connections are kept for another request when nothing goes on.
+        std::chrono::milliseconds keepConnections{};
+    };
+
     /// May be made on another thread and moved. `onEnded` says on this object's thread which exchange ended, and how.
-    HttpThread(QByteArray authoritiesPem, std::function<void(Number, const HttpOutcome &)> onEnded);
+    HttpThread(Options options, std::function<void(Number, const HttpOutcome &)> onEnded);
     ~HttpThread() override;
 
     void begin(Number number, const HttpRequest &request);
@@ -31,13 +37,16 @@ private:
     struct Network;
 
     void beginThoseWhoseTurnItIs();
+    void restIfNothingGoesOn();
     [[nodiscard]] bool isServerBusy(const QUrl &address) const;
 
     const std::function<void(Number, const HttpOutcome &)> m_onEnded;
-    const QByteArray m_authoritiesPem;
+    const Options m_options;
     std::unique_ptr<Network> m_network;
     std::deque<Waiting> m_waiting;
     std::map<Number, std::unique_ptr<HttpExchange>> m_running;
+    /// Moves with this object because it is a child.
+    QTimer m_rest{this};
 };
 
 } // namespace lumenfold

@@ -23,8 +23,6 @@ QByteArray sentence(TransportError::Kind kind)
         return "the answer is too large";
     case Kind::tooManyRedirects:
         return "the server redirects without end";
-    case Kind::notHttp:
-        return "the answer is not HTTP";
     case Kind::other:
         break;
     }

@@ -19,13 +19,11 @@ public:
         unreachable,
         /// The certificate is not to be trusted, or no secure connection came about.
         untrusted,
-        /// The connection ended before the whole answer was there.
+        /// The connection ended before the whole answer was there; also when what came is not HTTP.
         cutOff,
         timedOut,
         tooLarge,
         tooManyRedirects,
-        /// What came is not HTTP.
-        notHttp,
         other,
     };
 
