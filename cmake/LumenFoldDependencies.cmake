@@ -9,6 +9,7 @@ pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
     xcb xcb-shm xcb-composite xcb-randr xcb-xfixes xcb-xinput xcb-xkb xcb-render xcb-shape xcb-damage xcb-res)
 pkg_check_modules(XKBCOMMON REQUIRED IMPORTED_TARGET xkbcommon xkbcommon-x11)
 pkg_check_modules(DBUS REQUIRED IMPORTED_TARGET dbus-1)
+pkg_check_modules(SECRET REQUIRED IMPORTED_TARGET libsecret-1)
 pkg_check_modules(ISAL REQUIRED IMPORTED_TARGET libisal)
 pkg_check_modules(SPNG REQUIRED IMPORTED_TARGET spng)
 

@@ -11,8 +11,6 @@
 namespace lumenfold {
 namespace {
 
-constexpr const char *addressVariable = "DBUS_SESSION_BUS_ADDRESS";
-
 template <auto release>
 struct Release {
     template <typename T>
@@ -41,7 +39,7 @@ void greet(const QByteArray &address, int patience)
 
 SessionBusState greetSessionBus(std::chrono::milliseconds patience)
 {
-    const QByteArray address = qgetenv(addressVariable);
+    const QByteArray address = qgetenv(sessionBusVariable);
     if (address.isEmpty()) {
         return SessionBusState::clear;
     }
@@ -58,8 +56,7 @@ SessionBusState greetSessionBus(std::chrono::milliseconds patience)
 
 void doWithoutSessionBus()
 {
-    // An address of no known kind.
-    qputenv(addressVariable, "disabled:");
+    qputenv(sessionBusVariable, noSessionBus);
 }
 
 } // namespace lumenfold

@@ -12,6 +12,10 @@ enum class SessionBusState {
     hanging,
 };
 
+inline constexpr const char *sessionBusVariable = "DBUS_SESSION_BUS_ADDRESS";
+/// An address of no known kind, for a process that does without.
+inline constexpr const char *noSessionBus = "disabled:";
+
 /// Waits for the answer of the session bus for as long as `patience`; a bus that works answers within about a
 /// millisecond. The toolkit waits for the bus without end as soon as a window is shown, for the sake of assistive
 /// technologies, so this is asked before there is a QGuiApplication.

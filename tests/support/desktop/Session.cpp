@@ -2,6 +2,7 @@
 
 #include "tests/support/desktop/Windows.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <fcntl.h>
@@ -62,6 +63,31 @@ ProcessOptions program(WindowManagerKind kind, const PrivateFolders &folders)
     return {};
 }
 
+/// As the standard one, with services of the test's choice.
+const QByteArray busConfiguration =
+    "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\"\n"
+    " \"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
+    "<busconfig><type>session</type><keep_umask/><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>\n"
+    "<servicedir>SERVICES</servicedir>\n"
+    "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
+    "<allow own=\"*\"/></policy></busconfig>\n";
+
+/// The services that are installed, without those that ask people for passwords.
+void linkServices(const QString &folder, KeyringActivation activation)
+{
+    const QDir target(folder);
+    target.mkpath(QStringLiteral("."));
+    const QDir installed(QStringLiteral("/usr/share/dbus-1/services"));
+    const QStringList names = installed.entryList({QStringLiteral("*.service")}, QDir::Files);
+    for (const QString &name : names) {
+        const bool isOfKeyring = name.contains(QStringLiteral("keyring")) || name.contains(QStringLiteral("ecret"));
+        const bool isTheKeyring = name == QStringLiteral("org.freedesktop.secrets.service");
+        if (!isOfKeyring || (isTheKeyring && activation == KeyringActivation::yes)) {
+            QFile::link(installed.filePath(name), target.filePath(name));
+        }
+    }
+}
+
 /// Managers announce themselves early in their start-up, and a window that is mapped right then can get lost. So one is
 /// put before it until it takes it.
 bool managesWindows(const XConnection &connection)
@@ -81,16 +107,20 @@ bool managesWindows(const XConnection &connection)
 
 } // namespace
 
-SessionBus::SessionBus(QProcessEnvironment environment)
+SessionBus::SessionBus(QProcessEnvironment environment, KeyringActivation activation)
 {
+    const QString services = m_folder.filePath(QStringLiteral("services"));
+    linkServices(services, activation);
+    const QString configuration = m_folder.filePath(QStringLiteral("bus.conf"));
+    writeFile(configuration, QByteArray(busConfiguration).replace("SERVICES", services.toUtf8()));
     int pipe[2];
     if (::pipe2(pipe, O_CLOEXEC) != 0) {
         throw std::runtime_error("no pipe for dbus-daemon");
     }
     m_process = std::make_unique<Process>(ProcessOptions{
         .program = QStringLiteral("dbus-daemon"),
-        .arguments = {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--nopidfile"),
-                      QStringLiteral("--print-address=%1").arg(pipe[1])},
+        .arguments = {QStringLiteral("--config-file=") + configuration, QStringLiteral("--nofork"),
+                      QStringLiteral("--nopidfile"), QStringLiteral("--print-address=%1").arg(pipe[1])},
         .environment = environment,
         .inheritedDescriptors = {pipe[1]},
     });

@@ -12,15 +12,20 @@
 /// The other programs of a desktop session, each with folders of its own and gone with its object.
 namespace lumenfold::test {
 
+/// Whether the bus starts a keyring when somebody asks for one. Other services that are installed it always starts.
+enum class KeyringActivation { no, yes };
+
 /// A D-Bus session bus that nothing else is on.
 class SessionBus {
 public:
-    explicit SessionBus(QProcessEnvironment environment = QProcessEnvironment::systemEnvironment());
+    explicit SessionBus(QProcessEnvironment environment = QProcessEnvironment::systemEnvironment(),
+                        KeyringActivation activation = KeyringActivation::no);
 
     [[nodiscard]] QString address() const { return m_address; }
     void applyTo(QProcessEnvironment &environment) const;
 
 private:
+    QTemporaryDir m_folder;
     std::unique_ptr<Process> m_process;
     QString m_address;
 };
