@@ -21,11 +21,11 @@ QString fileName(const Scene &scene, int scale)
 }
 
 /// The toolkit reads the scale once, at its start, so that each scale has a process of its own.
-int paintScenes(QApplication &application, const QDir &folder)
+int paintScenes(QApplication &application, const QDir &folder, const QString &beginning)
 {
     const int scale = qRound(application.devicePixelRatio());
     for (const Scene &scene : allScenes()) {
-        if (!scene.paint().save(folder.filePath(fileName(scene, scale)))) {
+        if (scene.name.startsWith(beginning) && !scene.paint().save(folder.filePath(fileName(scene, scale)))) {
             std::fprintf(stderr, "cannot write to %s\n", qUtf8Printable(folder.path()));
             return 1;
         }
@@ -61,13 +61,13 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
-    if (arguments.size() != 2) {
-        std::fprintf(stderr, "usage: gallery <folder for the pictures>\n");
+    if (arguments.size() < 2 || arguments.size() > 3) {
+        std::fprintf(stderr, "usage: gallery <folder for the pictures> [<how the names of the scenes begin>]\n");
         return 2;
     }
     const QDir folder(arguments[1]);
     if (qEnvironmentVariableIsSet(paintingOnly)) {
-        return paintScenes(application, folder);
+        return paintScenes(application, folder, arguments.value(2));
     }
     if (!folder.mkpath(QStringLiteral("."))) {
         std::fprintf(stderr, "cannot make %s\n", qUtf8Printable(folder.path()));
@@ -80,7 +80,7 @@ int main(int argc, char **argv)
         environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scale));
         painter.setProcessEnvironment(environment);
         painter.setProcessChannelMode(QProcess::ForwardedChannels);
-        painter.start(QApplication::applicationFilePath(), {folder.path()});
+        painter.start(QApplication::applicationFilePath(), arguments.mid(1));
         if (!painter.waitForFinished(120'000) || painter.exitCode() != 0) {
             return 1;
         }

@@ -1,5 +1,7 @@
 #include "tests/gallery/Scenes.h"
 
+#include "tests/gallery/TemplateScenes.h"
+
 #include "app/actions/ActionHandler.h"
 #include "app/configuration/AppConfig.h"
 #include "cards/CardSizing.h"
@@ -239,6 +241,9 @@ std::vector<Scene> allScenes()
         add(QStringLiteral("preview"), [scheme = scheme] { return paintPreview({1280, 800}, scheme); });
         add(QStringLiteral("preview-tall"), [scheme = scheme] { return paintPreview({300, 600}, scheme); });
         add(QStringLiteral("preview-icon"), [scheme = scheme] { return paintPreview({24, 24}, scheme); });
+    }
+    for (Scene &scene : templateScenes()) {
+        scenes.push_back(std::move(scene));
     }
     return scenes;
 }
