@@ -51,11 +51,11 @@ TEST_F(BadServers, AServerThatSendsNowAndThenAByteIsGivenUp)
 
 TEST_F(BadServers, ASlowAnswerInTimeIsOne)
 {
-    service.behave(Endpoint::user, {.way = Way::answer, .reply = Reply{.body = "late"}, .pause = 100ms});
+    service.behave(Endpoint::user, {.way = Way::answer, .reply = ServiceReply{.body = "late"}, .pause = 100ms});
     const Ended ended = send(get(QStringLiteral("/v1/user")));
     ASSERT_TRUE(ended.answer);
     EXPECT_EQ(ended.answer->body, "late");
-    service.behave(Endpoint::user, {.way = Way::drip, .reply = Reply{.body = "drop by drop"}, .pause = 1ms});
+    service.behave(Endpoint::user, {.way = Way::drip, .reply = ServiceReply{.body = "drop by drop"}, .pause = 1ms});
     EXPECT_EQ(send(get(QStringLiteral("/v1/user"))).answer.value().body, "drop by drop");
 }
 
@@ -91,7 +91,7 @@ TEST_F(BadServers, AConnectionThatEndsWithoutAnAnswerIsAFailure)
 
 TEST_F(BadServers, HalfAnAnswerIsNone)
 {
-    service.behave(Endpoint::user, {.way = Way::cutHalfway, .reply = Reply{.body = QByteArray(1000, 'h')}});
+    service.behave(Endpoint::user, {.way = Way::cutHalfway, .reply = ServiceReply{.body = QByteArray(1000, 'h')}});
     EXPECT_EQ(failureOf(get(QStringLiteral("/v1/user"))), Kind::cutOff);
 }
 
@@ -103,7 +103,7 @@ TEST_F(BadServers, WhatIsNotHttpIsNoAnswer)
 
 TEST_F(BadServers, AnAnswerWithoutEndIsGivenUp)
 {
-    service.behave(Endpoint::user, {.reply = Reply{.padding = 100'000'000}});
+    service.behave(Endpoint::user, {.reply = ServiceReply{.padding = 100'000'000}});
     EXPECT_EQ(failureOf(get(QStringLiteral("/v1/user"))), Kind::tooLarge);
     HttpRequest small = get(QStringLiteral("/v1/user"));
     small.maximumAnswerBytes = 10;
@@ -119,14 +119,15 @@ TEST_F(BadServers, AnAnswerThatUnpacksWithoutEndIsGivenUp)
 {
     // The toolkit's own compression is that of the encoding, behind four bytes of its own.
     const QByteArray packed = qCompress(QByteArray(100'000'000, ' ')).mid(4);
-    service.behave(Endpoint::user, {.reply = Reply{.headers = {{"Content-Encoding", "deflate"}}, .body = packed}});
+    service.behave(Endpoint::user,
+                   {.reply = ServiceReply{.headers = {{"Content-Encoding", "deflate"}}, .body = packed}});
     EXPECT_EQ(failureOf(get(QStringLiteral("/v1/user"))), Kind::other);
 }
 
 TEST_F(BadServers, ACompressedAnswerIsRead)
 {
-    service.behave(Endpoint::user,
-                   {.reply = Reply{.headers = {{"Content-Encoding", "deflate"}}, .body = qCompress("packed").mid(4)}});
+    service.behave(Endpoint::user, {.reply = ServiceReply{.headers = {{"Content-Encoding", "deflate"}},
+                                                          .body = qCompress("packed").mid(4)}});
     EXPECT_EQ(send(get(QStringLiteral("/v1/user"))).answer.value().body, "packed");
 }
 

@@ -16,7 +16,7 @@ using ::testing::SizeIs;
 TEST_F(HttpClientTest, AnAnswerHasItsStatusItsHeadersAndItsBody)
 {
     service.behave(Endpoint::user,
-                   {.reply = Reply{.status = 418, .headers = {{"X-Tea", "green"}}, .body = "short and stout"}});
+                   {.reply = ServiceReply{.status = 418, .headers = {{"X-Tea", "green"}}, .body = "short and stout"}});
     const Ended ended = send(get(QStringLiteral("/v1/user")));
     ASSERT_TRUE(ended.answer) << ended.error->what();
     EXPECT_EQ(ended.answer->status, 418);
@@ -96,7 +96,7 @@ TEST_F(HttpClientTest, OnlyServersAreTalkedTo)
 
 TEST_F(HttpClientTest, CookiesAreNotKept)
 {
-    service.behave(Endpoint::user, {.reply = Reply{.headers = {{"Set-Cookie", "track=me; Path=/"}}}});
+    service.behave(Endpoint::user, {.reply = ServiceReply{.headers = {{"Set-Cookie", "track=me; Path=/"}}}});
     EXPECT_TRUE(send(get(QStringLiteral("/v1/user"))).answer);
     EXPECT_TRUE(send(get(QStringLiteral("/v1/user"))).answer);
     EXPECT_EQ(service.requests().last().header("Cookie"), std::nullopt);
@@ -196,7 +196,8 @@ TEST_F(HttpClientTest, ManyRequestsWaitForTheirTurnAndNoneIsLost)
 
 TEST_F(HttpClientTest, ThoseThatWaitedAreSentWhenOthersEnd)
 {
-    service.behave(Endpoint::storage, {.way = Way::answer, .reply = Reply{}, .pause = std::chrono::milliseconds(20)});
+    service.behave(Endpoint::storage,
+                   {.way = Way::answer, .reply = ServiceReply{}, .pause = std::chrono::milliseconds(20)});
     std::vector<std::shared_ptr<Ended>> uploads;
     for (int number = 0; number < 20; ++number) {
         uploads.push_back(begin(put(QByteArray::number(number))));

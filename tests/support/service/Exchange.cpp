@@ -19,12 +19,12 @@ std::optional<QByteArray> ReceivedRequest::header(QByteArrayView name) const
 
 Behaviour answering(int status, const QByteArray &body)
 {
-    return {.reply = Reply{.status = status, .body = body}};
+    return {.reply = ServiceReply{.status = status, .body = body}};
 }
 
 Behaviour redirectingTo(const QByteArray &address, int status)
 {
-    return {.reply = Reply{.status = status, .headers = {{"Location", address}}}};
+    return {.reply = ServiceReply{.status = status, .headers = {{"Location", address}}}};
 }
 
 } // namespace lumenfold::test

@@ -28,7 +28,7 @@ struct ReceivedRequest {
     [[nodiscard]] std::optional<QByteArray> header(QByteArrayView name) const;
 };
 
-struct Reply {
+struct ServiceReply {
     int status = 200;
     Headers headers{};
     QByteArray body{};
@@ -57,7 +57,7 @@ struct Behaviour {
 
     Way way = Way::answer;
     /// Nothing: what the service would answer.
-    std::optional<Reply> reply{};
+    std::optional<ServiceReply> reply{};
     std::chrono::milliseconds pause{0};
 };
 

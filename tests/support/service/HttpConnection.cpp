@@ -31,7 +31,7 @@ ReceivedRequest parseHead(const QByteArray &head)
     return request;
 }
 
-QByteArray headOf(const Reply &reply)
+QByteArray headOf(const ServiceReply &reply)
 {
     QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) + " Status\r\n";
     for (const auto &[name, value] : reply.headers) {
@@ -96,12 +96,12 @@ bool HttpConnection::readBody()
         return false;
     }
     m_inBody = false;
-    const Reply honest = m_handler.completed(m_request);
+    const ServiceReply honest = m_handler.completed(m_request);
     answer(m_behaviour.reply.value_or(honest));
     return !m_incoming.isEmpty();
 }
 
-void HttpConnection::answer(const Reply &reply)
+void HttpConnection::answer(const ServiceReply &reply)
 {
     const QByteArray head = headOf(reply);
     switch (m_behaviour.way) {
@@ -131,7 +131,7 @@ void HttpConnection::answer(const Reply &reply)
     }
 }
 
-void HttpConnection::write(const QByteArray &head, const Reply &reply)
+void HttpConnection::write(const QByteArray &head, const ServiceReply &reply)
 {
     m_socket->write(head + reply.body);
     m_padding = reply.padding;

@@ -23,7 +23,7 @@ public:
         /// So many more bytes of the body have come.
         std::function<void(const ReceivedRequest &, qsizetype)> received;
         /// All of it is there; what an honest service answers.
-        std::function<Reply(const ReceivedRequest &)> completed;
+        std::function<ServiceReply(const ReceivedRequest &)> completed;
     };
 
     /// Owns the socket. Deletes itself when the connection ends.
@@ -33,8 +33,8 @@ private:
     void read();
     [[nodiscard]] bool readHead();
     [[nodiscard]] bool readBody();
-    void answer(const Reply &reply);
-    void write(const QByteArray &head, const Reply &reply);
+    void answer(const ServiceReply &reply);
+    void write(const QByteArray &head, const ServiceReply &reply);
     void writePadding();
     void drip();
 

@@ -181,11 +181,11 @@ void ServiceDouble::noteReceived(const ReceivedRequest &request, qsizetype bytes
     m_received[ServiceProtocol::endpointOf(request)] += bytes;
 }
 
-Reply ServiceDouble::noteCompleted(const ReceivedRequest &request)
+ServiceReply ServiceDouble::noteCompleted(const ReceivedRequest &request)
 {
     const std::scoped_lock lock(m_mutex);
     m_requests.append(request);
-    Reply reply = m_protocol.answerTo(request, m_base);
+    ServiceReply reply = m_protocol.answerTo(request, m_base);
     if (m_options.forgetBodies) {
         m_requests.last().body.clear();
         m_protocol.stored.clear();

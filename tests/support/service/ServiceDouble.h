@@ -71,7 +71,7 @@ private:
 
     [[nodiscard]] Behaviour noteBegun(const ReceivedRequest &request);
     void noteReceived(const ReceivedRequest &request, qsizetype bytes);
-    [[nodiscard]] Reply noteCompleted(const ReceivedRequest &request);
+    [[nodiscard]] ServiceReply noteCompleted(const ReceivedRequest &request);
     void noteConnections(int change);
 
     const Options m_options;

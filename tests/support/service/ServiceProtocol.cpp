@@ -18,18 +18,18 @@ constexpr QByteArrayView templatesPath = "/v1/templates";
 constexpr QByteArrayView storagePrefix = "/storage/";
 constexpr QByteArrayView previewPrefix = "/previews/";
 
-Reply json(const QJsonObject &object)
+ServiceReply json(const QJsonObject &object)
 {
     return {.headers = {{"Content-Type", "application/json"}},
             .body = QJsonDocument(object).toJson(QJsonDocument::Compact)};
 }
 
-Reply failure(int status, const QByteArray &text)
+ServiceReply failure(int status, const QByteArray &text)
 {
     return {.status = status, .headers = {{"Content-Type", "text/plain"}}, .body = text};
 }
 
-Reply html(const QString &content)
+ServiceReply html(const QString &content)
 {
     return {.headers = {{"Content-Type", "text/html; charset=utf-8"}},
             .body =
@@ -64,7 +64,7 @@ ServiceProtocol::Endpoint ServiceProtocol::endpointOf(const ReceivedRequest &req
     return path.startsWith(previewPrefix) ? Endpoint::preview : Endpoint::page;
 }
 
-Reply ServiceProtocol::answerTo(const ReceivedRequest &request, const QByteArray &base)
+ServiceReply ServiceProtocol::answerTo(const ReceivedRequest &request, const QByteArray &base)
 {
     const Endpoint endpoint = endpointOf(request);
     switch (endpoint) {
@@ -96,14 +96,14 @@ bool ServiceProtocol::isAuthorized(const ReceivedRequest &request) const
     return request.header("Authorization") == "ApiKey " + apiKey;
 }
 
-Reply ServiceProtocol::user() const
+ServiceReply ServiceProtocol::user() const
 {
     return json({{QStringLiteral("user"), QJsonObject{{QStringLiteral("email"), QString::fromUtf8(email)},
                                                       {QStringLiteral("firstname"), QStringLiteral("Ada")},
                                                       {QStringLiteral("tier"), QStringLiteral("pro")}}}});
 }
 
-Reply ServiceProtocol::signedUrl(const ReceivedRequest &request, const QByteArray &base)
+ServiceReply ServiceProtocol::signedUrl(const ReceivedRequest &request, const QByteArray &base)
 {
     const QJsonObject wanted = QJsonDocument::fromJson(request.body).object();
     const QByteArray fileName = wanted.value(QLatin1String("fileName")).toString().toUtf8();
@@ -115,12 +115,13 @@ Reply ServiceProtocol::signedUrl(const ReceivedRequest &request, const QByteArra
                   QString::fromUtf8(base + path + "?signature=" + signatureFor(path) + "&expires=%2B600s")}});
 }
 
-Reply ServiceProtocol::storage(const ReceivedRequest &request)
+ServiceReply ServiceProtocol::storage(const ReceivedRequest &request)
 {
     const QByteArray path = request.path();
     if (request.method == "GET") {
-        return stored.contains(path) ? Reply{.headers = {{"Content-Type", "image/png"}}, .body = stored.value(path)}
-                                     : failure(404, "nothing here");
+        return stored.contains(path)
+                   ? ServiceReply{.headers = {{"Content-Type", "image/png"}}, .body = stored.value(path)}
+                   : failure(404, "nothing here");
     }
     if (request.method != "PUT" || request.header("Content-Type") != "image/png" ||
         request.query() != "signature=" + signatureFor(path) + "&expires=%2B600s") {
@@ -130,7 +131,7 @@ Reply ServiceProtocol::storage(const ReceivedRequest &request)
     return {};
 }
 
-Reply ServiceProtocol::templates(const QByteArray &base) const
+ServiceReply ServiceProtocol::templates(const QByteArray &base) const
 {
     QJsonArray list;
     for (int number = 1; number <= templateCount; ++number) {
@@ -147,18 +148,18 @@ Reply ServiceProtocol::templates(const QByteArray &base) const
     return json({{QStringLiteral("templates"), list}});
 }
 
-Reply ServiceProtocol::preview(const ReceivedRequest &request)
+ServiceReply ServiceProtocol::preview(const ReceivedRequest &request)
 {
     QImage picture(320, 240, QImage::Format_RGB32);
     picture.fill(QColor::fromHsv(qHash(request.path()) % 360, 120, 220));
-    Reply reply{.headers = {{"Content-Type", "image/png"}}};
+    ServiceReply reply{.headers = {{"Content-Type", "image/png"}}};
     QBuffer buffer(&reply.body);
     buffer.open(QIODevice::WriteOnly);
     picture.save(&buffer, "PNG");
     return reply;
 }
 
-Reply ServiceProtocol::page(const ReceivedRequest &request) const
+ServiceReply ServiceProtocol::page(const ReceivedRequest &request) const
 {
     const QUrlQuery query(QString::fromUtf8(request.query()));
     if (request.path() == "/studio") {

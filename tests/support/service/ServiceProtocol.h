@@ -31,16 +31,16 @@ public:
     [[nodiscard]] static Endpoint endpointOf(const ReceivedRequest &request);
 
     /// `base`: where clients reach it.
-    [[nodiscard]] Reply answerTo(const ReceivedRequest &request, const QByteArray &base);
+    [[nodiscard]] ServiceReply answerTo(const ReceivedRequest &request, const QByteArray &base);
 
 private:
     [[nodiscard]] bool isAuthorized(const ReceivedRequest &request) const;
-    [[nodiscard]] Reply user() const;
-    [[nodiscard]] static Reply signedUrl(const ReceivedRequest &request, const QByteArray &base);
-    [[nodiscard]] Reply storage(const ReceivedRequest &request);
-    [[nodiscard]] Reply templates(const QByteArray &base) const;
-    [[nodiscard]] static Reply preview(const ReceivedRequest &request);
-    [[nodiscard]] Reply page(const ReceivedRequest &request) const;
+    [[nodiscard]] ServiceReply user() const;
+    [[nodiscard]] static ServiceReply signedUrl(const ReceivedRequest &request, const QByteArray &base);
+    [[nodiscard]] ServiceReply storage(const ReceivedRequest &request);
+    [[nodiscard]] ServiceReply templates(const QByteArray &base) const;
+    [[nodiscard]] static ServiceReply preview(const ReceivedRequest &request);
+    [[nodiscard]] ServiceReply page(const ReceivedRequest &request) const;
 };
 
 } // namespace lumenfold::test
