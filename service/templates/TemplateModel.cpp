@@ -41,8 +41,9 @@ QVariant TemplateModel::data(const QModelIndex &index, int role) const
         return shownName(shown.name);
     case Qt::CheckStateRole:
         return m_picker.selectedId() == shown.id ? Qt::Checked : Qt::Unchecked;
-    case Qt::AccessibleDescriptionRole:
-        return m_picker.selectedId() == shown.id ? tr("Default template") : QString();
+    case Qt::AccessibleTextRole:
+        return m_picker.selectedId() == shown.id ? tr("%1, default template").arg(shownName(shown.name))
+                                                 : shownName(shown.name);
     default:
         return {};
     }
