@@ -11,7 +11,7 @@
 namespace lumenfold {
 
 /// The online service as the cards and the template picker know it. Main thread. Each operation throws ServiceError, or
-/// the transport's own exception.
+/// TransportError.
 class LumenfoldService {
 public:
     LumenfoldService() = default;

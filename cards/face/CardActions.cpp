@@ -9,6 +9,7 @@
 #include "service/LumenfoldService.h"
 #include "service/ServiceError.h"
 #include "service/TemplateSelection.h"
+#include "service/http/TransportError.h"
 
 #include <QDebug>
 
@@ -24,7 +25,7 @@ using namespace std::chrono_literals;
 constexpr auto flashDuration = 1400ms;
 
 /// How an upload ended, as far as the card is concerned.
-enum class Outcome { uploaded, keyMissing, failed };
+enum class Outcome { uploaded, keyMissing, calledOff, failed };
 
 void logUploadError(const char *description)
 {
@@ -49,6 +50,11 @@ QCoro::Task<Outcome> tryUpload(LumenfoldService *service, Image image, UploadKin
             co_return Outcome::keyMissing;
         }
         logUploadError(error.what());
+    } catch (const TransportError &error) {
+        if (error.kind() == TransportError::Kind::cancelled) {
+            co_return Outcome::calledOff;
+        }
+        logUploadError(error.what());
     } catch (const std::exception &error) {
         logUploadError(error.what());
     }
@@ -66,6 +72,9 @@ QCoro::Task<> runUpload(std::weak_ptr<PreviewModel> card, Image image, UploadKin
             break;
         case Outcome::keyMissing:
             model->setStatus(PreviewModel::Failed{CardActions::tr("API key required")});
+            break;
+        case Outcome::calledOff:
+            model->setStatus(PreviewModel::Idle{});
             break;
         case Outcome::failed:
             model->setStatus(PreviewModel::Failed{CardActions::tr("Upload failed")});

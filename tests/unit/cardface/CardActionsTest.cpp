@@ -1,5 +1,6 @@
 #include "cards/face/CardActions.h"
 #include "service/ServiceError.h"
+#include "service/http/TransportError.h"
 #include "tests/support/unit/LogWatch.h"
 #include "tests/unit/cardface/CardFaceFixture.h"
 
@@ -96,6 +97,15 @@ TEST_F(CardActionsTest, anErrorOfTheTransportIsAFailureToo)
     service.fail(std::runtime_error("no route to host"));
 
     EXPECT_EQ(status(), Status(PreviewModel::Failed{QStringLiteral("Upload failed")}));
+}
+
+TEST_F(CardActionsTest, anUploadThatWasCalledOffIsNoFailure)
+{
+    editInBrowser();
+    service.fail(TransportError(TransportError::Kind::cancelled));
+
+    EXPECT_EQ(status(), Status(PreviewModel::Idle{}));
+    EXPECT_EQ(apiKeySetup.presentations, 0);
 }
 
 TEST_F(CardActionsTest, withoutAServiceAnUploadFails)
