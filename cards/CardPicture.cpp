@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QPaintDevice>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPalette>
 #include <QTransform>
 
@@ -84,27 +85,28 @@ void CardPicture::paint(QPainter &painter, const QRectF &area, double cornerRadi
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
+    const QRectF part = m_copy.isNull() ? QRectF() : visiblePart(m_copy.size(), area.size());
+    // Pixel for pixel, there is nothing to smooth and everything to lose by it.
+    const bool isExact = !m_copy.isNull() && std::abs(area.width() / part.width() * scale - 1) < 1e-3;
     if (m_copy.isNull()) {
         painter.setBrush(QGuiApplication::palette().color(QPalette::Mid));
-    } else {
-        const QRectF part = visiblePart(m_copy.size(), area.size());
-        const double zoom = area.width() / part.width();
-        // Pixel for pixel, there is nothing to smooth and everything to lose by it.
-        const bool isExact = std::abs(zoom * scale - 1) < 1e-3;
-        QTransform placing;
-        if (isExact) {
-            const QPointF corner = (area.topLeft() * scale - part.topLeft());
-            placing.translate(std::round(corner.x()) / scale, std::round(corner.y()) / scale)
-                .scale(1 / scale, 1 / scale);
-        } else {
-            placing.translate(area.x(), area.y()).scale(zoom, zoom).translate(-part.x(), -part.y());
-        }
+        painter.drawRoundedRect(area, cornerRadius, cornerRadius);
+    } else if (isExact) {
+        const QPointF corner = (area.topLeft() * scale - part.topLeft());
         QBrush brush(m_copy);
-        brush.setTransform(placing);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform, !isExact);
+        brush.setTransform(QTransform::fromTranslate(std::round(corner.x()) / scale, std::round(corner.y()) / scale)
+                               .scale(1 / scale, 1 / scale));
         painter.setBrush(brush);
+        painter.drawRoundedRect(area, cornerRadius, cornerRadius);
+    } else {
+        // Not with a brush, which repeats the picture: smoothed, its edges would take on the colours of the opposite
+        // ones.
+        QPainterPath outline;
+        outline.addRoundedRect(area, cornerRadius, cornerRadius);
+        painter.setClipPath(outline, Qt::IntersectClip);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(area, m_copy, part);
     }
-    painter.drawRoundedRect(area, cornerRadius, cornerRadius);
     painter.restore();
 }
 

@@ -8,10 +8,8 @@
 #include "platform/appearance/Appearance.h"
 #include "platform/panels/Panel.h"
 
-#include <QBrush>
 #include <QPainter>
 #include <QPainterPath>
-#include <QTransform>
 
 #include <cmath>
 
@@ -20,14 +18,6 @@ namespace {
 
 constexpr double cornerRadius = 12;
 constexpr CardShadow shadow{.cornerRadius = cornerRadius, .blurRadius = 30, .opacity = 0.45, .offset = {0, 16}};
-
-QBrush pictureBrush(const QImage &picture, const QRectF &area)
-{
-    QBrush brush(picture);
-    brush.setTransform(QTransform::fromTranslate(area.x(), area.y())
-                           .scale(area.width() / picture.width(), area.height() / picture.height()));
-    return brush;
-}
 
 } // namespace
 
@@ -97,14 +87,19 @@ void ImagePreviewView::paintEvent(QPaintEvent *)
         paintShadow(painter, content, shadow);
         paintCornerButtonShadow(painter, m_close->geometry());
     }
-    const QImage &picture = m_picture.picture();
-    const QBrush fill = picture.isNull() ? QBrush(palette::previewScrim.in(scheme)) : pictureBrush(picture, content);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(fill);
     // Where windows do not blend, the window itself is cut to the rounded shape, and a soft edge inside it would turn
     // black.
     const double radius = isBlended ? cornerRadius : 0;
-    painter.drawRoundedRect(content, radius, radius);
+    QPainterPath outline;
+    outline.addRoundedRect(content, radius, radius);
+    if (const QImage &picture = m_picture.picture(); picture.isNull()) {
+        painter.fillPath(outline, palette::previewScrim.in(scheme));
+    } else {
+        painter.save();
+        painter.setClipPath(outline, Qt::IntersectClip);
+        painter.drawImage(content, picture);
+        painter.restore();
+    }
     facestyle::paintRounded(painter, content, cornerRadius, {Qt::NoBrush, palette::previewStroke.in(scheme)});
 }
 

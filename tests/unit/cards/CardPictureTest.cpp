@@ -1,5 +1,7 @@
 #include "cards/CardPicture.h"
 
+#include <QPainter>
+
 #include <gtest/gtest.h>
 
 namespace lumenfold::test {
@@ -37,6 +39,69 @@ TEST(CardPictureTest, theMiddleOfThePictureIsSeen)
     EXPECT_EQ(visiblePart({480, 120}, {160, 120}), QRectF(160, 0, 160, 120));
     EXPECT_EQ(visiblePart({160, 360}, {160, 120}), QRectF(0, 120, 160, 120));
     EXPECT_EQ(visiblePart({80, 60}, {160, 120}), QRectF(0, 0, 80, 60));
+}
+
+/// The left half red, the right half blue, a black line along the upper edge and a green one along the lower.
+QImage halves(QSize size)
+{
+    QImage pixels(size, QImage::Format_RGB32);
+    pixels.fill(Qt::red);
+    QPainter painter(&pixels);
+    painter.fillRect(size.width() / 2, 0, size.width(), size.height(), Qt::blue);
+    const int line = size.height() / 6;
+    painter.fillRect(0, 0, size.width(), line, Qt::black);
+    painter.fillRect(0, size.height() - line, size.width(), line, Qt::green);
+    return pixels;
+}
+
+/// The card as it is painted at that many device pixels per point.
+QImage painted(CardPicture &picture, QSize points, double scale, CardPicture::Sharpness sharpness)
+{
+    QImage card(points * scale, QImage::Format_ARGB32_Premultiplied);
+    card.setDevicePixelRatio(scale);
+    card.fill(Qt::transparent);
+    QPainter painter(&card);
+    picture.paint(painter, QRectF(QPointF(), points), 14, sharpness);
+    return card;
+}
+
+void expectCleanEdges(const QImage &card)
+{
+    const int right = card.width() - 1;
+    const int bottom = card.height() - 1;
+    EXPECT_EQ(card.pixelColor(0, bottom / 2), QColor(Qt::red));
+    EXPECT_EQ(card.pixelColor(right, bottom / 2), QColor(Qt::blue));
+    EXPECT_EQ(card.pixelColor(right / 4, 0), QColor(Qt::black));
+    EXPECT_EQ(card.pixelColor(right / 4, bottom), QColor(Qt::green));
+    EXPECT_EQ(card.pixelColor(0, 0).alpha(), 0);
+    EXPECT_EQ(card.pixelColor(right, bottom).alpha(), 0);
+}
+
+TEST(CardPictureTest, aPictureSmallerThanItsCardDoesNotBleedAroundItsEdges)
+{
+    for (const double scale : {1.0, 2.0}) {
+        CardPicture picture(Image::fromPixels(halves({8, 6})));
+        expectCleanEdges(painted(picture, {160, 120}, scale, CardPicture::Sharpness::exact));
+    }
+}
+
+TEST(CardPictureTest, aCopyThatIsTooLargeForAWhileDoesNotBleedAroundItsEdges)
+{
+    CardPicture picture(Image::fromPixels(halves({320, 240})));
+    (void)painted(picture, {160, 120}, 1, CardPicture::Sharpness::exact);
+    expectCleanEdges(painted(picture, {150, 112}, 1, CardPicture::Sharpness::passing));
+    expectCleanEdges(painted(picture, {141, 106}, 1, CardPicture::Sharpness::passing));
+}
+
+TEST(CardPictureTest, aPictureOfOnePixelFillsItsCard)
+{
+    QImage pixel(1, 1, QImage::Format_RGB32);
+    pixel.fill(Qt::red);
+    CardPicture picture(Image::fromPixels(pixel));
+    const QImage card = painted(picture, {160, 120}, 1, CardPicture::Sharpness::exact);
+    EXPECT_EQ(card.pixelColor(0, 60), QColor(Qt::red));
+    EXPECT_EQ(card.pixelColor(80, 60), QColor(Qt::red));
+    EXPECT_EQ(card.pixelColor(159, 60), QColor(Qt::red));
 }
 
 } // namespace
