@@ -172,6 +172,21 @@ TEST_F(DamagedCardFolder, aFileInPlaceOfTheFolderIsNoEndOfTheWorld)
     EXPECT_EQ(file.readAll(), "mine");
 }
 
+TEST_F(DamagedCardFolder, aLinkToNowhereInPlaceOfTheFolderLeadsNowhere)
+{
+    QDir().mkpath(QFileInfo(cardFolder).path());
+    const QString nowhere = outside.filePath(u"nowhere"_s);
+    ASSERT_TRUE(QFile::link(nowhere, cardFolder));
+    store->saveImage(noise(1), u"A"_s);
+    store->writeManifest({stacked(u"A"_s)});
+    store->deleteImage(u"A"_s);
+    finishWriting();
+    EXPECT_FALSE(store->loadImage(u"A"_s));
+    EXPECT_THAT(store->readManifest(), IsEmpty());
+    EXPECT_FALSE(QFileInfo::exists(nowhere));
+    EXPECT_EQ(QFileInfo(cardFolder).symLinkTarget(), nowhere);
+}
+
 /// The process as somebody whom the folder's rights bind, which they do not bind the administrator.
 class OrdinaryUser {
 public:
