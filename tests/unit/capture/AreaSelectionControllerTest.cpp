@@ -1,6 +1,7 @@
 #include "capture/areaselection/AreaSelectionController.h"
 
 #include "capture/areaselection/SelectionView.h"
+#include "tests/support/desktop/Wait.h"
 #include "tests/support/fakes/FakeMainQueue.h"
 #include "tests/support/fakes/FakePanel.h"
 #include "tests/support/fakes/FakeScreens.h"
@@ -343,7 +344,8 @@ TEST_F(AreaSelectionControllerTest, WithoutACompositorTakesPicturesOfAllScreensB
     manager.release();
     EXPECT_THAT(panels.panels(), SizeIs(0));
     manager.releaseAll();
-    EXPECT_THAT(panels.stacking(), SizeIs(2));
+    // The pixels come from a pool.
+    EXPECT_TRUE(test::waitFor([this] { return panels.stacking().size() == 2; }));
     ASSERT_THAT(manager.captures, SizeIs(2));
     EXPECT_EQ(manager.captures[0].configuration.width, 1440);
     EXPECT_EQ(manager.captures[1].configuration.width, 3840);
@@ -363,7 +365,7 @@ TEST_F(AreaSelectionControllerTest, WithoutACompositorAScreenUnpluggedMeanwhileI
     present();
     screens.setScreens({left});
     manager.releaseAll();
-    ASSERT_THAT(panels.stacking(), SizeIs(1));
+    ASSERT_TRUE(test::waitFor([this] { return panels.stacking().size() == 1; }));
     EXPECT_EQ(panels.stacking()[0]->frame(), left.frame);
 }
 
@@ -374,7 +376,7 @@ TEST_F(AreaSelectionControllerTest, WithoutACompositorAScreenPluggedInMeanwhileI
     present();
     screens.setScreens({left, right});
     manager.releaseAll();
-    EXPECT_THAT(panels.stacking(), SizeIs(2));
+    EXPECT_TRUE(test::waitFor([this] { return panels.stacking().size() == 2; }));
     EXPECT_THAT(manager.captures, SizeIs(2));
 }
 
