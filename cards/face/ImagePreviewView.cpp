@@ -5,6 +5,7 @@
 #include "cards/face/AccessiblePart.h"
 #include "cards/face/CornerButton.h"
 #include "cards/face/FaceStyle.h"
+#include "cards/face/RoundedRegion.h"
 #include "platform/appearance/Appearance.h"
 #include "platform/panels/Panel.h"
 
@@ -49,11 +50,10 @@ QRect ImagePreviewView::content() const
     return rect().marginsRemoved({m_hitMargin, m_hitMargin, m_hitMargin, m_hitMargin});
 }
 
-QRegion ImagePreviewView::opaqueShape() const
+QRegion ImagePreviewView::opaqueShape(double scale) const
 {
-    QPainterPath outline;
-    outline.addRoundedRect(content(), cornerRadius, cornerRadius);
-    return QRegion(outline.toFillPolygon().toPolygon()) + QRegion(closeButtonPlace(), QRegion::Ellipse);
+    return roundedRegion(content(), cornerRadius, scale) +
+           roundedRegion(closeButtonPlace(), facestyle::cornerButtonSize / 2, scale);
 }
 
 QRect ImagePreviewView::closeButtonPlace() const

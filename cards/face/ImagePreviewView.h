@@ -34,7 +34,7 @@ public:
     [[nodiscard]] QRect content() const;
     [[nodiscard]] const FullPicture &picture() const { return m_picture; }
 
-    [[nodiscard]] QRegion opaqueShape() const override;
+    [[nodiscard]] QRegion opaqueShape(double scale) const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

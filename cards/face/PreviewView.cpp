@@ -12,6 +12,7 @@
 #include "cards/face/CornerButton.h"
 #include "cards/face/DraggableImageView.h"
 #include "cards/face/FaceStyle.h"
+#include "cards/face/RoundedRegion.h"
 #include "cards/face/StatusBadge.h"
 #include "platform/appearance/Appearance.h"
 #include "platform/panels/Panel.h"
@@ -286,19 +287,20 @@ const QRegion &PreviewView::cardShape() const
     // Asked for before the view is told of its size: it is not shown until the shape is known.
     if (m_shapeSize != size()) {
         m_shapeSize = size();
-        QPainterPath outline;
-        outline.addRoundedRect(content(), facestyle::cardCornerRadius, facestyle::cardCornerRadius);
-        m_cardShape = QRegion(outline.toFillPolygon().toPolygon()) + QRegion(trailingButtonPlace(), QRegion::Ellipse);
-        if (!isPinned()) {
-            m_cardShape += QRegion(leadingButtonPlace(), QRegion::Ellipse);
-        }
+        m_cardShape = opaqueShape(1);
     }
     return m_cardShape;
 }
 
-QRegion PreviewView::opaqueShape() const
+QRegion PreviewView::opaqueShape(double scale) const
 {
-    return cardShape();
+    constexpr double buttonRadius = facestyle::cornerButtonSize / 2;
+    QRegion shape = roundedRegion(content(), facestyle::cardCornerRadius, scale) +
+                    roundedRegion(trailingButtonPlace(), buttonRadius, scale);
+    if (!isPinned()) {
+        shape += roundedRegion(leadingButtonPlace(), buttonRadius, scale);
+    }
+    return shape;
 }
 
 QRegion PreviewView::pointerShape() const

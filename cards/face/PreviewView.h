@@ -53,7 +53,7 @@ public:
     /// Whether the pointer is over the content.
     [[nodiscard]] bool isHovering() const { return m_isHovering; }
 
-    [[nodiscard]] QRegion opaqueShape() const override;
+    [[nodiscard]] QRegion opaqueShape(double scale) const override;
     [[nodiscard]] QRegion pointerShape() const override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -102,7 +102,7 @@ private:
     CornerButton *m_close;
     /// Of a card in the column.
     CornerButton *m_pin = nullptr;
-    /// For that size of the view; making one takes longer than painting.
+    /// In points, for that size of the view; the pointer's shape is asked for before each painting.
     mutable QSize m_shapeSize;
     mutable QRegion m_cardShape;
 };

@@ -2,11 +2,11 @@
 
 #include "app/configuration/Palette.h"
 #include "cards/face/FaceStyle.h"
+#include "cards/face/RoundedRegion.h"
 #include "platform/appearance/Appearance.h"
 #include "platform/panels/Panel.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 namespace lumenfold {
 namespace {
@@ -37,12 +37,9 @@ QRectF StackPill::capsule() const
     return shape;
 }
 
-QRegion StackPill::opaqueShape() const
+QRegion StackPill::opaqueShape(double scale) const
 {
-    const double radius = m_pillSize.height() / 2.0;
-    QPainterPath outline;
-    outline.addRoundedRect(capsule(), radius, radius);
-    return QRegion(outline.toFillPolygon().toPolygon());
+    return roundedRegion(capsule(), m_pillSize.height() / 2.0, scale);
 }
 
 bool StackPill::hitButton(const QPoint &position) const

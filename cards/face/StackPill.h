@@ -18,7 +18,7 @@ class StackPill : public QAbstractButton, public PanelContentShape {
 public:
     ~StackPill() override;
 
-    [[nodiscard]] QRegion opaqueShape() const override;
+    [[nodiscard]] QRegion opaqueShape(double scale) const override;
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:

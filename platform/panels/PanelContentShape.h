@@ -10,13 +10,13 @@ class PanelContentShape {
 public:
     virtual ~PanelContentShape() = default;
 
-    /// What the panel's window is cut to while no compositing manager runs, in the view's coordinates. What lies
-    /// outside is neither painted nor gets the pointer.
-    [[nodiscard]] virtual QRegion opaqueShape() const = 0;
+    /// What the panel's window is cut to while no compositing manager runs: pixels from the view's upper left corner,
+    /// `scale` of them for each unit of its coordinates. What lies outside is neither painted nor gets the pointer.
+    [[nodiscard]] virtual QRegion opaqueShape(double scale) const = 0;
 
     /// What gets the pointer, in the view's coordinates; everywhere else it goes to the window beneath, also where the
     /// view paints a shadow.
-    [[nodiscard]] virtual QRegion pointerShape() const { return opaqueShape(); }
+    [[nodiscard]] virtual QRegion pointerShape() const { return opaqueShape(1); }
 };
 
 } // namespace lumenfold

@@ -7,6 +7,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QTimer>
+#include <QTransform>
 #include <QWindow>
 
 #include <chrono>
@@ -88,13 +89,14 @@ PanelWindow::LayOut PanelWindow::layOut(const QRect &place)
 QRegion PanelWindow::contentShape() const
 {
     if (const auto *shaped = dynamic_cast<const PanelContentShape *>(m_content.data())) {
-        return shaped->opaqueShape();
+        return shaped->opaqueShape(devicePixelRatio());
     }
+    const auto toPixels = QTransform::fromScale(devicePixelRatio(), devicePixelRatio());
     if (m_content && !m_content->mask().isEmpty()) {
-        return m_content->mask();
+        return toPixels.map(m_content->mask());
     }
     const auto margin = static_cast<int>(std::floor(m_transparentMargin));
-    return rect().marginsRemoved({margin, margin, margin, margin});
+    return toPixels.map(QRegion(rect().marginsRemoved({margin, margin, margin, margin})));
 }
 
 std::optional<QRegion> PanelWindow::pointerShape() const

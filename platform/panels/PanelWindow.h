@@ -26,8 +26,8 @@ public:
     enum class LayOut { same, changed };
     LayOut layOut(const QRect &place);
 
-    /// What to cut the window to when windows do not blend, in this widget's coordinates: what the view says that it
-    /// paints, else its mask, else everything but the transparent margin.
+    /// What to cut the window to when windows do not blend, in pixels: what the view says that it paints, else its
+    /// mask, else everything but the transparent margin.
     [[nodiscard]] QRegion contentShape() const;
     /// What gets the pointer, in this widget's coordinates; nothing: all of it, because the view does not say.
     [[nodiscard]] std::optional<QRegion> pointerShape() const;

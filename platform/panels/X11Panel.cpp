@@ -277,7 +277,7 @@ void X11Panel::syncShape()
     const auto toPixels = QTransform::fromScale(scale, scale);
     std::optional<QRegion> shape;
     if (m_stage.translucency() == Translucency::unavailable) {
-        shape = toPixels.map(m_window->contentShape());
+        shape = m_window->contentShape();
     }
     if (shape != m_shape) {
         m_stage.server().setShape(m_native, PanelServer::Cut::whatIsSeen, shape);

@@ -96,9 +96,20 @@ QSize points(Size size)
 }
 
 /// The view on a desktop that is light at the left and dark at the right, because shadows and borders must do on both.
+/// Cut to those pixels where windows do not blend.
 QImage onDesktop(QWidget &view, const std::optional<QRegion> &cut = std::nullopt)
 {
-    const QImage seen = view.grab().toImage();
+    QImage seen = view.grab().toImage();
+    if (cut) {
+        const double scale = seen.devicePixelRatio();
+        seen.setDevicePixelRatio(1);
+        QPainter knife(&seen);
+        knife.setCompositionMode(QPainter::CompositionMode_Clear);
+        knife.setClipRegion(QRegion(seen.rect()) - *cut);
+        knife.fillRect(seen.rect(), Qt::transparent);
+        knife.end();
+        seen.setDevicePixelRatio(scale);
+    }
     QImage picture(seen.size(), QImage::Format_RGB32);
     picture.setDevicePixelRatio(seen.devicePixelRatio());
     QPainter painter(&picture);
@@ -106,9 +117,6 @@ QImage onDesktop(QWidget &view, const std::optional<QRegion> &cut = std::nullopt
     desktop.setColorAt(0, QColor(238, 240, 243));
     desktop.setColorAt(1, QColor(66, 72, 84));
     painter.fillRect(view.rect(), desktop);
-    if (cut) {
-        painter.setClipRegion(*cut);
-    }
     painter.drawImage(0, 0, seen);
     return picture;
 }
@@ -159,7 +167,7 @@ QImage paintCard(const CardState &state, ColorScheme scheme)
         (void)waitFor([panel] { return panel->isHidden() || panel->opacity() == 1; });
     }
     letItBePainted();
-    return state.isBlended ? onDesktop(view) : onDesktop(view, view.opaqueShape());
+    return state.isBlended ? onDesktop(view) : onDesktop(view, view.opaqueShape(view.devicePixelRatio()));
 }
 
 QImage paintPills(bool isCollapsed, ColorScheme scheme)

@@ -53,9 +53,9 @@ void ColouredView::mousePressEvent(QMouseEvent *)
     ++m_clicks;
 }
 
-QRegion RoundView::opaqueShape() const
+QRegion RoundView::opaqueShape(double scale) const
 {
-    return {rect(), QRegion::Ellipse};
+    return {QRect(rect().topLeft() * scale, rect().size() * scale), QRegion::Ellipse};
 }
 
 void RoundView::paintEvent(QPaintEvent *)

@@ -44,7 +44,7 @@ private:
 /// Paints an ellipse and says so.
 class RoundView : public QWidget, public PanelContentShape {
 public:
-    [[nodiscard]] QRegion opaqueShape() const override;
+    [[nodiscard]] QRegion opaqueShape(double scale) const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -164,7 +164,7 @@ TEST_F(PanelTransparencyTest, withoutCompositorTheShapeFollowsTheViewsPainting)
     class Growing : public ColouredView, public PanelContentShape {
     public:
         Growing() : ColouredView(Qt::red) {}
-        QRegion opaqueShape() const override { return shape; }
+        QRegion opaqueShape(double scale) const override { return QTransform::fromScale(scale, scale).map(shape); }
         QRegion shape{10, 10, 50, 40};
     };
     const auto panel = makePanel(frame, {.title = u"growing"_s});

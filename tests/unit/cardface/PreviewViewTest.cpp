@@ -286,8 +286,9 @@ TEST_F(PreviewViewTest, withoutACompositorThereIsNoShadowAndNoSoftEdge)
     panels.setTranslucencyAvailable(false);
     EXPECT_EQ(pixel(shadow).alpha(), 0);
     EXPECT_EQ(pixel(corner).alpha(), 255);
-    EXPECT_FALSE(view->opaqueShape().contains(shadow));
-    EXPECT_TRUE(view->opaqueShape().contains(QPoint(20, 20)));
+    EXPECT_FALSE(view->opaqueShape(1).contains(shadow));
+    EXPECT_TRUE(view->opaqueShape(1).contains(QPoint(20, 20)));
+    EXPECT_TRUE(view->opaqueShape(2).contains(QPoint(40, 40)));
 }
 
 TEST_F(PreviewViewTest, aCardMayGoAwayInsideItsOwnClick)

@@ -83,9 +83,9 @@ TEST_F(StackControlTest, thePanelAroundAPillTakesNoPresses)
 
 TEST_F(StackControlTest, thePillsStandInTheMiddleOfTheirPanels)
 {
-    EXPECT_EQ(collapse.opaqueShape().boundingRect(), QRect(12, 12, 44, 24));
-    EXPECT_EQ(clear.opaqueShape().boundingRect().height(), 26);
-    EXPECT_EQ(clear.opaqueShape().boundingRect().center().y(), 24);
+    EXPECT_EQ(collapse.opaqueShape(1).boundingRect(), QRect(12, 12, 44, 24));
+    EXPECT_EQ(clear.opaqueShape(1).boundingRect().height(), 26);
+    EXPECT_EQ(clear.opaqueShape(1).boundingRect().center().y(), 24);
     EXPECT_EQ(clear.toolTip(), QStringLiteral("Clear stacked screenshots"));
     EXPECT_EQ(clear.text(), QStringLiteral("Clear"));
 }
