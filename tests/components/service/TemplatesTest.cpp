@@ -66,7 +66,7 @@ TEST_F(ServiceTemplatesTest, FiveThousandAreRead)
 
 TEST_F(ServiceTemplatesTest, AHundredMegabytesAreNot)
 {
-    online.behave(Endpoint::templates, {.reply = Reply{.body = R"({"templates":[]})", .padding = 100'000'000}});
+    online.behave(Endpoint::templates, {.reply = ServiceReply{.body = R"({"templates":[]})", .padding = 100'000'000}});
     EXPECT_EQ(fetchTemplates().transportError.value().kind(), TransportError::Kind::tooLarge);
 }
 

@@ -182,9 +182,9 @@ TEST_F(UploadTest, NetworkFailuresComeThroughAsTheyAre)
     online.behave(Endpoint::signedUrl, {.way = Way::cut});
     EXPECT_EQ(save().transportError.value().kind(), TransportError::Kind::cutOff);
     online.behaveWell();
-    online.behave(Endpoint::storage, {.way = Way::cutHalfway, .reply = Reply{.body = "0123456789"}});
+    online.behave(Endpoint::storage, {.way = Way::cutHalfway, .reply = ServiceReply{.body = "0123456789"}});
     EXPECT_EQ(save().transportError.value().kind(), TransportError::Kind::cutOff);
-    online.behave(Endpoint::signedUrl, {.reply = Reply{.padding = 100'000'000}});
+    online.behave(Endpoint::signedUrl, {.reply = ServiceReply{.padding = 100'000'000}});
     EXPECT_EQ(save().transportError.value().kind(), TransportError::Kind::tooLarge);
     EXPECT_EQ(online.begun(Endpoint::storage), 1);
     EXPECT_TRUE(auth.isSignedIn());
