@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/support/desktop/CardFrames.h"
-#include "tests/support/desktop/Desktop.h"
+#include "tests/support/desktop/DesktopTest.h"
 
 #include <gtest/gtest.h>
 
@@ -32,6 +32,23 @@ struct DesktopSetting {
     }
 
     friend void PrintTo(const DesktopSetting &setting, std::ostream *stream) { *stream << setting.name; }
+};
+
+/// The two that are least alike: no compositing manager, and windows that blend at two pixels per point.
+[[nodiscard]] inline auto plainAndScaled()
+{
+    return ::testing::Values(DesktopSetting{"Openbox"}, DesktopSetting{"OpenboxPicomScale2", WindowManagerKind::openbox,
+                                                                       CompositorKind::plain, 2});
+}
+
+/// A test on such desktops.
+class DesktopSettingTest : public DesktopTest, public ::testing::WithParamInterface<DesktopSetting> {
+protected:
+    [[nodiscard]] int pixels(int points) const { return points * GetParam().scale; }
+    [[nodiscard]] QRect pixels(QRect points) const
+    {
+        return {points.topLeft() * GetParam().scale, points.size() * GetParam().scale};
+    }
 };
 
 } // namespace lumenfold::test

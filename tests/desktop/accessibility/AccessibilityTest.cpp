@@ -1,11 +1,11 @@
 /// Cards in the hands of somebody who uses neither the pointer nor the picture: what a real accessibility bus tells of
 /// them, and what its presses do, while the window in front keeps the keyboard.
+#include "tests/desktop/ProgramSettings.h"
 #include "tests/desktop/accessibility/AssistiveTechnology.h"
 #include "tests/support/desktop/CardFrames.h"
 #include "tests/support/desktop/DesktopTest.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <algorithm>
 #include <memory>
@@ -40,10 +40,7 @@ protected:
     {
         Desktop &desktop = prepare({.size = cardFriendlyScreen});
         if (!settings.isEmpty()) {
-            QDir().mkpath(desktop.folders().config() + QStringLiteral("/LumenFold"));
-            QFile file(desktop.folders().config() + QStringLiteral("/LumenFold/LumenFold.conf"));
-            EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write("[General]\n" + settings);
+            writeSettings(desktop, "[General]\n" + settings);
         }
         m_technology = std::make_unique<AssistiveTechnology>(desktop.environment());
         desktop.startProgram();

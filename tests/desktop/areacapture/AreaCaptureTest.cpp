@@ -5,7 +5,7 @@
 namespace lumenfold::test {
 namespace {
 
-class AreaCapture : public DesktopTest, public ::testing::WithParamInterface<DesktopSetting> {
+class AreaCapture : public DesktopSettingTest {
 protected:
     Desktop &startHere()
     {

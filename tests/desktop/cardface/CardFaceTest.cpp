@@ -1,5 +1,6 @@
 /// What the parts of a card's face do in the shipped program.
 #include "tests/desktop/DesktopSetting.h"
+#include "tests/desktop/ProgramSettings.h"
 #include "tests/support/desktop/DesktopTest.h"
 
 #include <QDir>
@@ -7,7 +8,7 @@
 namespace lumenfold::test {
 namespace {
 
-class CardFace : public DesktopTest, public ::testing::WithParamInterface<DesktopSetting> {
+class CardFace : public DesktopSettingTest {
 protected:
     /// A desktop with a window that has the keyboard, and one card of it.
     Desktop &startWithCard()
@@ -25,7 +26,6 @@ protected:
         return desktop;
     }
 
-    [[nodiscard]] int pixels(int points) const { return points * GetParam().scale; }
     /// A place of the card's window, in points from its upper left corner.
     [[nodiscard]] QPoint place(int x, int y) const { return m_card.topLeft() + QPoint(pixels(x), pixels(y)); }
     /// On the picture, beside the actions that come with the pointer.
@@ -123,11 +123,7 @@ TEST_P(CardFace, SaveWritesThePictureThatWasTaken)
 TEST_P(CardFace, EditingInTheBrowserWithoutAServiceSaysThatItFailed)
 {
     Desktop &desktop = prepare(GetParam().options());
-    QDir().mkpath(desktop.folders().config() + QStringLiteral("/LumenFold"));
-    QFile settings(desktop.folders().config() + QStringLiteral("/LumenFold/LumenFold.conf"));
-    ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
-    settings.write("[General]\nLumenFold.editorLocation=browser\n");
-    settings.close();
+    writeSettings(desktop, "[General]\nLumenFold.editorLocation=browser\n");
     m_card = CardColumn{.workArea = desktop.workArea(), .scale = GetParam().scale}.slot(0);
     desktop.startProgram();
     desktop.press("Super+Alt+1");
@@ -140,11 +136,7 @@ TEST_P(CardFace, EditingInTheBrowserWithoutAServiceSaysThatItFailed)
     EXPECT_TRUE(desktop.isProgramRunning());
 }
 
-INSTANTIATE_TEST_SUITE_P(On, CardFace,
-                         ::testing::Values(DesktopSetting{"Openbox"},
-                                           DesktopSetting{"OpenboxPicomScale2", WindowManagerKind::openbox,
-                                                          CompositorKind::plain, 2}),
-                         DesktopSetting::nameOf);
+INSTANTIATE_TEST_SUITE_P(On, CardFace, plainAndScaled(), DesktopSetting::nameOf);
 
 } // namespace
 } // namespace lumenfold::test

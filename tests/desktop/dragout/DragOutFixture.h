@@ -1,7 +1,6 @@
 #pragma once
 
 #include "tests/desktop/DesktopSetting.h"
-#include "tests/support/desktop/DesktopTest.h"
 #include "tests/support/desktop/DropTarget.h"
 
 #include <QByteArray>
@@ -11,16 +10,10 @@
 namespace lumenfold::test {
 
 /// A card, and hands that drag it.
-class DragOut : public DesktopTest, public ::testing::WithParamInterface<DesktopSetting> {
+class DragOut : public DesktopSettingTest {
 protected:
     /// A desktop with one card.
     Desktop &startWithCard(const QImage &background = {});
-
-    [[nodiscard]] int pixels(int points) const { return points * GetParam().scale; }
-    [[nodiscard]] QRect pixels(QRect points) const
-    {
-        return {points.topLeft() * GetParam().scale, points.size() * GetParam().scale};
-    }
 
     /// Takes hold of the card's picture, outside the buttons that come with the pointer, and drags it there.
     void dragTo(DropTarget &target, QPoint place, DropManner manner = DropManner::takesTheDrop);

@@ -121,11 +121,7 @@ TEST_P(DragOut, AClickIsNoDrag)
                           std::chrono::milliseconds(200)));
 }
 
-INSTANTIATE_TEST_SUITE_P(On, DragOut,
-                         ::testing::Values(DesktopSetting{"Openbox"},
-                                           DesktopSetting{"OpenboxPicomScale2", WindowManagerKind::openbox,
-                                                          CompositorKind::plain, 2}),
-                         DesktopSetting::nameOf);
+INSTANTIATE_TEST_SUITE_P(On, DragOut, plainAndScaled(), DesktopSetting::nameOf);
 
 class LargeDragOut : public DragOut {};
 

@@ -5,7 +5,7 @@
 namespace lumenfold::test {
 namespace {
 
-class Everywhere : public DesktopTest, public ::testing::WithParamInterface<DesktopSetting> {};
+class Everywhere : public DesktopSettingTest {};
 
 TEST_P(Everywhere, TheScreenIsOnTheClipboardAndACardStands)
 {

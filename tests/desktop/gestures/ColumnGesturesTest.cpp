@@ -5,7 +5,7 @@
 namespace lumenfold::test {
 namespace {
 
-class ColumnGestures : public DesktopTest, public ::testing::WithParamInterface<DesktopSetting> {
+class ColumnGestures : public DesktopSettingTest {
 protected:
     /// A desktop with that many cards, and a window that has the keyboard.
     Desktop &startWithCards(int count)
@@ -24,7 +24,6 @@ protected:
         return desktop;
     }
 
-    [[nodiscard]] int pixels(int points) const { return points * GetParam().scale; }
     void moveAway() { m_desktop->pointer().moveTo({pixels(900), pixels(600)}); }
 
     void scrollAt(QPoint place, Button direction, int notches)

@@ -9,7 +9,7 @@
 namespace lumenfold::test {
 namespace {
 
-class PinnedCardGestures : public DesktopTest, public ::testing::WithParamInterface<DesktopSetting> {
+class PinnedCardGestures : public DesktopSettingTest {
 protected:
     /// Captures the screen, pins the card and returns the pinned card's window.
     QRect startWithPinnedCard()
@@ -43,8 +43,6 @@ protected:
     {
         return waitFor([&] { return pinned() == frame; });
     }
-
-    [[nodiscard]] int pixels(int points) const { return points * GetParam().scale; }
 
     /// Around the visible card.
     [[nodiscard]] int margin() const { return pixels(52); }
@@ -106,11 +104,7 @@ TEST_P(PinnedCardGestures, TheCursorTellsWhereItIsResized)
     EXPECT_TRUE(waitFor([&] { return cursor() != arrow; }));
 }
 
-INSTANTIATE_TEST_SUITE_P(On, PinnedCardGestures,
-                         ::testing::Values(DesktopSetting{"Openbox"},
-                                           DesktopSetting{"OpenboxPicomScale2", WindowManagerKind::openbox,
-                                                          CompositorKind::plain, 2}),
-                         DesktopSetting::nameOf);
+INSTANTIATE_TEST_SUITE_P(On, PinnedCardGestures, plainAndScaled(), DesktopSetting::nameOf);
 
 } // namespace
 } // namespace lumenfold::test

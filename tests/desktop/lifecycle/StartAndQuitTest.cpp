@@ -1,4 +1,5 @@
 /// How the program comes and goes.
+#include "tests/desktop/ProgramSettings.h"
 #include "tests/support/desktop/DesktopTest.h"
 
 #include <QDir>
@@ -17,16 +18,6 @@ namespace {
 
 class StartAndQuit : public DesktopTest {
 protected:
-    static constexpr auto settingsFile = "config/LumenFold/LumenFold.conf";
-
-    static void writeSettings(Desktop &desktop, const QByteArray &contents)
-    {
-        QDir().mkpath(desktop.folders().path("config/LumenFold"));
-        QFile file(desktop.folders().path(settingsFile));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(contents);
-    }
-
     static void expectThatItCaptures(Desktop &desktop)
     {
         desktop.press("Super+Alt+1");
@@ -115,7 +106,7 @@ TEST_F(StartAndQuit, StartsWithASettingsFileThatMakesNoSense)
 TEST_F(StartAndQuit, StartsWithAFolderInPlaceOfItsSettings)
 {
     Desktop &desktop = prepare();
-    QDir().mkpath(desktop.folders().path(settingsFile));
+    QDir().mkpath(settingsFile(desktop));
     desktop.startProgram();
     expectThatItCaptures(desktop);
 }
