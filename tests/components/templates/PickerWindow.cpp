@@ -44,7 +44,7 @@ void PickerWindowTest::open()
     WindowTheme::install(*window, appearance);
     auto *layout = new QVBoxLayout(window.get());
     layout->setContentsMargins(0, 0, 0, 0);
-    picker = new TemplatePickerView({.picker = {.service = service,
+    picker = new TemplatePickerView({.picker = {.service = *listedBy,
                                                 .isSignedIn = [this] { return isSignedIn; },
                                                 .store = store,
                                                 .notifications = notifications,

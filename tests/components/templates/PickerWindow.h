@@ -54,6 +54,8 @@ protected:
     [[nodiscard]] QPoint onScreen(const QWidget &widget, QPoint place) const;
 
     FakeLumenfoldService service;
+    /// Where the list comes from.
+    LumenfoldService *listedBy = &service;
     FakeApiKeySetupWindow apiKeySetup;
     FakeUserDefaults defaults;
     NotificationCenter notifications;
