@@ -37,8 +37,9 @@ inline constexpr QColor accentPrimary{29, 161, 242};
 inline constexpr QColor previewActionTop{64, 177, 255};
 inline constexpr QColor previewActionBottom{36, 151, 238};
 
-/// The line around a picture that keeps its edge visible on a ground of its own colour.
-inline constexpr AdaptiveColor previewStroke = contrastLine(0.16);
+/// The line around a picture that keeps its edge visible on a ground of its own colour, be that black or white: dark
+/// pictures stand on dark desktops in the light appearance too.
+inline constexpr AdaptiveColor previewStroke{{128, 128, 128, alpha(0.45)}, {128, 128, 128, alpha(0.45)}};
 /// Beneath the actions on a card; it lets a little of the picture through.
 inline constexpr AdaptiveColor previewScrim{{214, 214, 214, alpha(0.92)}, {54, 54, 54, alpha(0.92)}};
 

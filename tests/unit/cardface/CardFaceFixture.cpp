@@ -80,10 +80,10 @@ CardActions::Collaborators CardFaceTest::actionCollaborators()
             .templates = &templates};
 }
 
-void CardFaceTest::makeCard(PreviewCardVariant variant)
+void CardFaceTest::makeCard(PreviewCardVariant variant, const Image &shown)
 {
     const PreviewModel::Options options{
-        .image = picture(), .editorSourceImage = picture({80, 60}, Qt::red), .variant = variant};
+        .image = shown, .editorSourceImage = picture({80, 60}, Qt::red), .variant = variant};
     model = std::make_shared<PreviewModel>(config, options);
     model->onDismiss = [this] { reported.append(QStringLiteral("dismiss")); };
     model->onPinRequested = [this] { reported.append(QStringLiteral("pin")); };

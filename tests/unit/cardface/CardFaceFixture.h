@@ -44,7 +44,7 @@ protected:
     ~CardFaceTest() override;
 
     /// Makes the card and its view, 200 x 150 points without the margin, and shows it.
-    void makeCard(PreviewCardVariant variant = PreviewCardVariant::stack);
+    void makeCard(PreviewCardVariant variant = PreviewCardVariant::stack, const Image &shown = picture());
 
     [[nodiscard]] CardActions::Collaborators actionCollaborators();
     [[nodiscard]] QWidget &image() const;

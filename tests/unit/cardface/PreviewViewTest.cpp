@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QMouseEvent>
 
+#include <cstdlib>
+
 namespace lumenfold::test {
 namespace {
 
@@ -267,6 +269,21 @@ TEST_F(PreviewViewTest, theScrimFollowsTheAppearance)
 
     appearance.setColorScheme(ColorScheme::dark);
     EXPECT_NEAR(scrim().red(), 0.92 * 54, 2);
+}
+
+TEST_F(PreviewViewTest, theEdgeIsSeenOnAGroundOfThePicturesOwnColour)
+{
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        appearance.setColorScheme(scheme);
+        for (const QColor color : {Qt::black, Qt::white}) {
+            makeCard(PreviewCardVariant::stack, picture({40, 30}, color));
+            const QImage seen = view->grab().toImage();
+            const QPoint middle = view->content().center();
+            ASSERT_EQ(seen.pixelColor(middle), color);
+            const QColor edge = seen.pixelColor(view->content().left(), middle.y());
+            EXPECT_GE(std::abs(edge.lightness() - color.lightness()), 40);
+        }
+    }
 }
 
 TEST_F(PreviewViewTest, withoutACompositorThereIsNoShadowAndNoSoftEdge)
