@@ -1,18 +1,23 @@
 #pragma once
 
+#include "service/AuthError.h"
+#include "service/LumenfoldUser.h"
+
 #include <QCoroTask>
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <optional>
 
 namespace lumenfold {
 
+class AppConfig;
+class HttpClient;
 class KeychainHelper;
 class MainQueue;
 class NotificationCenter;
 class UserDefaults;
-struct LumenfoldUser;
 
 /// Who is connected to the online service. Being signed in means that an API key is stored, and nothing more; neither
 /// is cached here. Main thread, except where it says otherwise.
@@ -30,10 +35,14 @@ public:
 
     /// Everything must outlive the service.
     struct Collaborators {
+        HttpClient &http;
+        const AppConfig &config;
         KeychainHelper &keychain;
         UserDefaults &defaults;
         NotificationCenter &notifications;
         MainQueue &queue;
+        /// How long the service may take to answer.
+        std::chrono::milliseconds patience = std::chrono::seconds{60};
     };
 
     explicit AuthService(const Collaborators &collaborators);
@@ -64,20 +73,27 @@ public:
     [[nodiscard]] QCoro::Task<std::optional<QString>> requestApiKey();
 
     /// Asks the service whose key this is and stores it, exactly as it is. Throws AuthError and leaves everything as it
-    /// was if it is nobody's. A keyring that does not take the key is in the log only.
+    /// was if it is nobody's. A keyring that does not take the key is in the log only. A locked one asks the user, and
+    /// signing in lasts until the answer.
     [[nodiscard]] QCoro::Task<LumenfoldUser> signIn(QString apiKey);
     /// Forgets the key and the account at once; the notification follows in a later turn of the event loop.
     void signOut();
 
+Q_SIGNALS:
+    /// `hasKeyring`, or what is known of the key, may be another one.
+    void keyringChanged();
+
 private:
+    /// Whose key it is, white space around it aside. Throws AuthError.
+    [[nodiscard]] QCoro::Task<LumenfoldUser> fetchUser(QString apiKey);
     void keychainChanged();
     void postStateChanged();
 
     const Collaborators m_with;
     /// What observers were told last.
     bool m_wasSignedIn = false;
-    /// Under way; each tells observers itself when it is done.
-    int m_signIns = 0;
+    /// Keys that are being stored; observers are told when that is done.
+    int m_writes = 0;
 };
 
 } // namespace lumenfold

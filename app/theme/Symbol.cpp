@@ -48,6 +48,10 @@ QString nameOf(Symbol symbol)
         return QStringLiteral("magnifyingglass");
     case Symbol::photo:
         return QStringLiteral("photo");
+    case Symbol::arrowUpRightSquare:
+        return QStringLiteral("arrow.up.right.square");
+    case Symbol::exclamationmarkTriangleFill:
+        return QStringLiteral("exclamationmark.triangle.fill");
     }
     return {};
 }

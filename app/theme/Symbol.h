@@ -18,6 +18,8 @@ enum class Symbol {
     checkmarkCircleFill,
     magnifyingGlass,
     photo,
+    arrowUpRightSquare,
+    exclamationmarkTriangleFill,
 };
 
 /// Paints the symbol as large as a letter of `pointSize` points would be, centred on the point and sharp on every

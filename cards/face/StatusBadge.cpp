@@ -1,6 +1,7 @@
 #include "cards/face/StatusBadge.h"
 
 #include "app/configuration/Palette.h"
+#include "app/theme/Spinner.h"
 #include "app/theme/Symbol.h"
 #include "cards/face/AccessiblePart.h"
 #include "cards/face/FaceStyle.h"
@@ -23,31 +24,9 @@ constexpr int verticalPadding = 6;
 constexpr int iconSize = 13;
 constexpr int iconSpacing = 5;
 
-constexpr int spokes = 8;
-/// One turn takes the better part of a second.
-constexpr int spokeMilliseconds = 100;
-constexpr double faintestSpoke = 0.18;
-
 QFont textFont()
 {
     return facestyle::font(textSize, QFont::DemiBold);
-}
-
-void paintSpinner(QPainter &painter, const QRectF &area, int darkest, QColor color)
-{
-    constexpr double spokeWidth = 1.6;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(area.center());
-    for (int spoke = 0; spoke < spokes; ++spoke) {
-        const int age = (darkest - spoke + spokes) % spokes;
-        color.setAlphaF(static_cast<float>(1 - (1 - faintestSpoke) * age / (spokes - 1)));
-        painter.setPen(QPen(color, spokeWidth, Qt::SolidLine, Qt::RoundCap));
-        const double outer = area.width() / 2 - spokeWidth / 2;
-        painter.drawLine(QPointF(0, -outer * 0.5), QPointF(0, -outer));
-        painter.rotate(360.0 / spokes);
-    }
-    painter.restore();
 }
 
 /// Lies over the badge and paints nothing: the badge is what is seen.
@@ -130,7 +109,7 @@ void StatusBadge::spinWhileSeen()
         return;
     }
     if (spins) {
-        m_spinner.start(spokeMilliseconds, this);
+        m_spinner.start(spinner::spokeMilliseconds, this);
     } else {
         m_spinner.stop();
     }
@@ -142,7 +121,7 @@ void StatusBadge::timerEvent(QTimerEvent *event)
         QLabel::timerEvent(event);
         return;
     }
-    m_spoke = (m_spoke + 1) % spokes;
+    m_spoke = (m_spoke + 1) % spinner::spokes;
     update();
 }
 
@@ -181,7 +160,7 @@ void StatusBadge::paintEvent(QPaintEvent *)
     if (hasIcon()) {
         const QRectF icon(label.left(), std::round(capsule.center().y() - iconSize / 2.0), iconSize, iconSize);
         if (std::holds_alternative<PreviewModel::Uploading>(m_status)) {
-            paintSpinner(painter, icon, m_spoke, color);
+            spinner::paint(painter, icon, m_spoke, color);
         } else {
             paintSymbol(painter, Symbol::checkmarkCircleFill, icon.center(), textSize, color);
         }

@@ -1,5 +1,6 @@
 #include "tests/gallery/Scenes.h"
 
+#include "tests/gallery/AccountScenes.h"
 #include "tests/gallery/TemplateScenes.h"
 
 #include "app/actions/ActionHandler.h"
@@ -251,6 +252,9 @@ std::vector<Scene> allScenes()
         add(QStringLiteral("preview-icon"), [scheme = scheme] { return paintPreview({24, 24}, scheme); });
     }
     for (Scene &scene : templateScenes()) {
+        scenes.push_back(std::move(scene));
+    }
+    for (Scene &scene : accountScenes()) {
         scenes.push_back(std::move(scene));
     }
     return scenes;

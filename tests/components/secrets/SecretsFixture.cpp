@@ -17,7 +17,7 @@ void SecretsFixture::setBus(const SessionBus &sessionBus)
 
 void SecretsFixture::makeDaemon(const KeyringDaemonOptions &options)
 {
-    daemon = std::make_unique<KeyringDaemon>(*bus, options);
+    daemon = std::make_unique<KeyringDaemon>(bus->address(), options);
 }
 
 void SecretsFixture::makeStore()

@@ -93,9 +93,9 @@ QDBusMessage send(const QString &connection, QDBusMessage message, const QVarian
 
 } // namespace
 
-KeyringDaemon::KeyringDaemon(const SessionBus &bus, const KeyringDaemonOptions &options)
-    : m_busAddress(bus.address())
-    , m_connectionName(QStringLiteral("keyring ") + bus.address())
+KeyringDaemon::KeyringDaemon(const QString &busAddress, const KeyringDaemonOptions &options)
+    : m_busAddress(busAddress)
+    , m_connectionName(QStringLiteral("keyring ") + busAddress)
     , m_options(options)
     , m_collectionPath(servicePath + QStringLiteral("/collection/login"))
 {

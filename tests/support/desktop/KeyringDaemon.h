@@ -2,7 +2,6 @@
 
 #include "tests/support/desktop/PrivateFolders.h"
 #include "tests/support/desktop/Process.h"
-#include "tests/support/desktop/Session.h"
 
 #include <QMap>
 
@@ -31,7 +30,7 @@ public:
     };
 
     /// Ready when the constructor returns. Throws std::runtime_error when it cannot be made ready.
-    explicit KeyringDaemon(const SessionBus &bus, const KeyringDaemonOptions &options = {});
+    explicit KeyringDaemon(const QString &busAddress, const KeyringDaemonOptions &options = {});
     ~KeyringDaemon();
     KeyringDaemon(const KeyringDaemon &) = delete;
     KeyringDaemon &operator=(const KeyringDaemon &) = delete;

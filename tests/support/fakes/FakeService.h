@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <deque>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -54,9 +55,17 @@ private:
 
 class FakeApiKeySetupWindow : public ApiKeySetupWindow {
 public:
-    void present() override { ++presentations; }
+    void present() override
+    {
+        ++presentations;
+        if (onPresent) {
+            onPresent();
+        }
+    }
 
     int presentations = 0;
+    /// Told of each, for tests of the order among several fakes.
+    std::function<void()> onPresent;
 };
 
 class FakeTemplateSelection : public TemplateSelection {

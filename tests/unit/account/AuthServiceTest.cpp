@@ -1,8 +1,12 @@
 #include "service/AuthService.h"
 
+#include "app/configuration/AppConfig.h"
 #include "platform/notifications/NotificationCenter.h"
 #include "service/KeychainHelper.h"
+#include "service/http/HttpClient.h"
+#include "tests/support/fakes/FakeFileManager.h"
 #include "tests/support/fakes/FakeMainQueue.h"
+#include "tests/support/fakes/FakeScreens.h"
 #include "tests/support/fakes/FakeSecretStore.h"
 #include "tests/support/fakes/FakeUserDefaults.h"
 
@@ -25,7 +29,16 @@ protected:
     FakeUserDefaults defaults;
     NotificationCenter notifications;
     FakeMainQueue queue;
-    AuthService service{{.keychain = keychain, .defaults = defaults, .notifications = notifications, .queue = queue}};
+    FakeScreens screens;
+    FakeFileManager files;
+    AppConfig config{defaults, screens, files};
+    HttpClient http;
+    AuthService service{{.http = http,
+                         .config = config,
+                         .keychain = keychain,
+                         .defaults = defaults,
+                         .notifications = notifications,
+                         .queue = queue}};
     int posts = 0;
     std::unique_ptr<NotificationCenter::Observation> observation =
         notifications.observe(QStringLiteral("LumenFold.authStateChanged"), [this](const Notification &notification) {
