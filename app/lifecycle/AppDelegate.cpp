@@ -5,6 +5,8 @@
 #include "platform/alerts/Alerts.h"
 #include "platform/permissions/Permissions.h"
 #include "platform/workspace/Workspace.h"
+#include "service/ApiKeySetupWindow.h"
+#include "service/AuthService.h"
 #include "shortcuts/HotkeyManager.h"
 
 #include <QDebug>
@@ -68,6 +70,7 @@ void AppDelegate::buildLongLivedObjects()
         }
     });
     registerHotkeys();
+    promptForApiKeyIfNeeded();
     captureCoordinator->restorePreviousCards();
 
     m_shortcutsObservation = m_with.notifications.observe(ShortcutStore::changedNotification,
@@ -75,6 +78,15 @@ void AppDelegate::buildLongLivedObjects()
     m_recordingObservation =
         m_with.notifications.observe(ShortcutStore::recordingNotification,
                                      [this](const Notification &notification) { recordingChanged(notification); });
+}
+
+QCoro::Task<> AppDelegate::promptForApiKeyIfNeeded()
+{
+    const QPointer self(this);
+    co_await m_with.auth.firstAnswer();
+    if (self && m_with.auth.isKnownToBeSignedOut()) {
+        m_with.apiKeySetup.present();
+    }
 }
 
 void AppDelegate::registerHotkeys()

@@ -16,6 +16,8 @@
 namespace lumenfold {
 
 class Alerts;
+class ApiKeySetupWindow;
+class AuthService;
 class CaptureCoordinator;
 class HotkeyManager;
 class Permissions;
@@ -34,6 +36,8 @@ public:
         Alerts &alerts;
         NotificationCenter &notifications;
         ShortcutStore &shortcuts;
+        AuthService &auth;
+        ApiKeySetupWindow &apiKeySetup;
         /// Each is called once, in its turn of the start-up.
         std::function<std::unique_ptr<CaptureCoordinator>()> makeCaptureCoordinator;
         std::function<std::unique_ptr<HotkeyManager>()> makeHotkeyManager;
@@ -53,6 +57,10 @@ public:
 private:
     QCoro::Task<> requestScreenCaptureAccess();
     void buildLongLivedObjects();
+
+    /// Asks for the API key when it is certain that none is stored. The keyring is not waited for: where it has not
+    /// answered yet, the start goes on and the window comes with the answer.
+    QCoro::Task<> promptForApiKeyIfNeeded();
 
     void registerHotkeys();
     /// Keeps the undo hotkey registered exactly while there is something to undo, so that other programs have the

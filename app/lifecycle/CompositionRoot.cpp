@@ -18,8 +18,16 @@
 #include "platform/files/XdgFileManager.h"
 #include "platform/mainqueue/QtMainQueue.h"
 #include "platform/notifications/NotificationCenter.h"
+#include "platform/secrets/KeyringModule.h"
+#include "platform/secrets/MirroredSecretStore.h"
 #include "platform/session/PlatformServices.h"
 #include "platform/workspace/QtWorkspace.h"
+#include "service/AuthService.h"
+#include "service/HttpLumenfoldService.h"
+#include "service/KeychainHelper.h"
+#include "service/apikey/ApiKeySetupWindowController.h"
+#include "service/http/HttpClient.h"
+#include "service/templates/TemplateStore.h"
 #include "shortcuts/HotkeyManager.h"
 #include "shortcuts/ShortcutStore.h"
 
@@ -35,6 +43,10 @@ struct CompositionRoot::Parts {
     explicit Parts(std::unique_ptr<PlatformServices> services) : platform(std::move(services))
     {
         ShortcutStore::setShared(&shortcuts);
+        KeychainHelper::setShared(&keychain);
+        AuthService::setShared(&auth);
+        ApiKeySetupWindowController::setShared(&apiKeySetup);
+        TemplateStore::setShared(&templates);
     }
 
     std::unique_ptr<CaptureCoordinator> makeCaptureCoordinator();
@@ -51,6 +63,20 @@ struct CompositionRoot::Parts {
     AppConfig config{defaults, platform->screens(), files};
     ActionHandler actions{platform->pasteboard(), config};
     ShortcutStore shortcuts{defaults, notifications};
+    HttpClient http;
+    MirroredSecretStore secrets{KeychainHelper::service, makeKeyringOfModule};
+    KeychainHelper keychain{secrets};
+    AuthService auth{{.http = http,
+                      .config = config,
+                      .keychain = keychain,
+                      .defaults = defaults,
+                      .notifications = notifications,
+                      .queue = queue}};
+    ApiKeySetupWindowController apiKeySetup{
+        {.auth = auth, .config = config, .appearance = appearance, .workspace = workspace}};
+    TemplateStore templates{defaults, notifications};
+    HttpLumenfoldService service{
+        {.http = http, .auth = auth, .config = config, .workspace = workspace, .templates = templates}};
     QtDragSessions dragSessions;
     DragFolder dragFolder;
     PreviewViews cardViews{{
@@ -58,7 +84,13 @@ struct CompositionRoot::Parts {
         .appearance = appearance,
         .screens = platform->screens(),
         .monitors = platform->eventMonitors(),
-        .actions = {.actions = actions, .config = config, .queue = queue, .workspace = workspace},
+        .actions = {.actions = actions,
+                    .config = config,
+                    .queue = queue,
+                    .workspace = workspace,
+                    .service = &service,
+                    .apiKeySetup = &apiKeySetup,
+                    .templates = &templates},
         .dragSessions = &dragSessions,
         .dragFolder = &dragFolder,
     }};
@@ -77,6 +109,8 @@ struct CompositionRoot::Parts {
         .alerts = alerts,
         .notifications = notifications,
         .shortcuts = shortcuts,
+        .auth = auth,
+        .apiKeySetup = apiKeySetup,
         .makeCaptureCoordinator = [this] { return makeCaptureCoordinator(); },
         .makeHotkeyManager =
             [this] { return std::make_unique<HotkeyManager>(platform->keyEventTaps(), platform->hotKeys(), queue); },
@@ -125,6 +159,10 @@ CompositionRoot::CompositionRoot(std::unique_ptr<PlatformServices> services)
 
 CompositionRoot::~CompositionRoot()
 {
+    TemplateStore::setShared(nullptr);
+    ApiKeySetupWindowController::setShared(nullptr);
+    AuthService::setShared(nullptr);
+    KeychainHelper::setShared(nullptr);
     ShortcutStore::setShared(nullptr);
 }
 

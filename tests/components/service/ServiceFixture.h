@@ -81,10 +81,16 @@ protected:
     FakeUserDefaults defaults;
     NotificationCenter notifications;
     FakeMainQueue queue;
-    AuthService auth{{.keychain = keychain, .defaults = defaults, .notifications = notifications, .queue = queue}};
     FakeScreens screens;
     FakeFileManager files;
     AppConfig config{defaults, screens, files};
+    HttpClient httpOfAccount;
+    AuthService auth{{.http = httpOfAccount,
+                      .config = config,
+                      .keychain = keychain,
+                      .defaults = defaults,
+                      .notifications = notifications,
+                      .queue = queue}};
     FakeWorkspace workspace;
     FakeTemplateSelection templates;
     std::unique_ptr<HttpClient> http = std::make_unique<HttpClient>();

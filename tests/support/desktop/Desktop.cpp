@@ -38,6 +38,12 @@ Desktop::Desktop(const DesktopOptions &options)
     m_folders.applyTo(m_environment);
     m_bus = std::make_unique<SessionBus>(m_environment);
     m_bus->applyTo(m_environment);
+    if (options.keyring != KeyringKind::none) {
+        const bool hasKey = options.keyring == KeyringKind::withApiKey;
+        m_keyring = std::make_unique<KeyringDaemon>(
+            m_bus->address(),
+            KeyringDaemonOptions{.apiKey = hasKey ? std::optional(QByteArray("demo-key")) : std::nullopt});
+    }
     m_windowManager = std::make_unique<WindowManager>(*m_server, options.windowManager, m_environment);
     m_compositor = std::make_unique<Compositor>(*m_server, options.compositor);
     m_environment.insert(options.environment);

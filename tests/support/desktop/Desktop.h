@@ -2,6 +2,7 @@
 
 #include "tests/support/desktop/Clipboard.h"
 #include "tests/support/desktop/Input.h"
+#include "tests/support/desktop/KeyringDaemon.h"
 #include "tests/support/desktop/Pictures.h"
 #include "tests/support/desktop/PrivateFolders.h"
 #include "tests/support/desktop/Process.h"
@@ -23,6 +24,14 @@
 /// Places are root pixels, origin top left, unless a name says points.
 namespace lumenfold::test {
 
+/// What the desktop has to keep passwords in.
+enum class KeyringKind {
+    none,
+    empty,
+    /// With an API key of LumenFold's in it, so that nobody is asked for one.
+    withApiKey,
+};
+
 struct DesktopOptions {
     /// Of the whole server, in pixels.
     QSize size{1280, 800};
@@ -30,6 +39,7 @@ struct DesktopOptions {
     int scale = 1;
     WindowManagerKind windowManager = WindowManagerKind::openbox;
     CompositorKind compositor = CompositorKind::none;
+    KeyringKind keyring = KeyringKind::withApiKey;
     /// Several screens in place of one.
     QList<Monitor> monitors{};
     /// Added to the program's environment.
@@ -61,6 +71,8 @@ public:
     [[nodiscard]] Keyboard &keyboard() { return *m_keyboard; }
     [[nodiscard]] Pointer &pointer() { return *m_pointer; }
     [[nodiscard]] WindowManager &windowManager() { return *m_windowManager; }
+    /// Only where the options ask for one.
+    [[nodiscard]] KeyringDaemon &keyring() { return *m_keyring; }
     [[nodiscard]] const PrivateFolders &folders() const { return m_folders; }
     /// Environment for further programs of this session.
     [[nodiscard]] QProcessEnvironment environment() const { return m_environment; }
@@ -114,6 +126,7 @@ private:
     std::unique_ptr<XServer> m_server;
     QProcessEnvironment m_environment;
     std::unique_ptr<SessionBus> m_bus;
+    std::unique_ptr<KeyringDaemon> m_keyring;
     std::unique_ptr<WindowManager> m_windowManager;
     std::unique_ptr<Compositor> m_compositor;
     std::unique_ptr<Keyboard> m_keyboard;

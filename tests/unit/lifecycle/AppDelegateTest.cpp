@@ -6,6 +6,9 @@
 #include "capture/areaselection/AreaSelectionController.h"
 #include "cards/PreviewWindowController.h"
 #include "platform/keyboard/KeyEvent.h"
+#include "service/AuthService.h"
+#include "service/KeychainHelper.h"
+#include "service/http/HttpClient.h"
 #include "shortcuts/HotkeyManager.h"
 #include "shortcuts/ShortcutStore.h"
 #include "tests/support/fakes/FakeAlerts.h"
@@ -21,6 +24,8 @@
 #include "tests/support/fakes/FakePermissions.h"
 #include "tests/support/fakes/FakeScreens.h"
 #include "tests/support/fakes/FakeScreenshotManager.h"
+#include "tests/support/fakes/FakeSecretStore.h"
+#include "tests/support/fakes/FakeService.h"
 #include "tests/support/fakes/FakeUserDefaults.h"
 #include "tests/support/fakes/FakeWindowList.h"
 #include "tests/support/fakes/FakeWorkspace.h"
@@ -68,6 +73,9 @@ protected:
         permissions.onCall = note;
         alerts.onCall = note;
         cardStore.onRead = [this] { journal.append(QStringLiteral("restore cards")); };
+        apiKeySetup.onPresent = [this] { journal.append(QStringLiteral("ask for the key")); };
+        // Most users have a key.
+        secrets.putFromOutside(apiKeyItem, "key");
     }
 
     std::unique_ptr<CaptureCoordinator> makeCoordinator()
@@ -170,6 +178,17 @@ protected:
     FakeAlerts alerts;
     NotificationCenter notifications;
     ShortcutStore shortcuts{defaults, notifications};
+    const SecretKey apiKeyItem{.service = KeychainHelper::service, .account = AuthService::keychainKey};
+    FakeSecretStore secrets;
+    KeychainHelper keychain{secrets};
+    HttpClient http;
+    AuthService auth{{.http = http,
+                      .config = config,
+                      .keychain = keychain,
+                      .defaults = defaults,
+                      .notifications = notifications,
+                      .queue = queue}};
+    FakeApiKeySetupWindow apiKeySetup;
     PreviewWindowController *cardController = nullptr;
     std::unique_ptr<AppDelegate> delegate = std::make_unique<AppDelegate>(AppDelegate::Collaborators{
         .workspace = workspace,
@@ -177,6 +196,8 @@ protected:
         .alerts = alerts,
         .notifications = notifications,
         .shortcuts = shortcuts,
+        .auth = auth,
+        .apiKeySetup = apiKeySetup,
         .makeCaptureCoordinator = [this] { return makeCoordinator(); },
         .makeHotkeyManager = [this] { return makeHotkeyManager(); },
         .productName = QStringLiteral("LumenFold"),
@@ -202,6 +223,60 @@ TEST_F(AppDelegateTest, TheThreeCapturesAreBoundInTheirOrder)
     EXPECT_EQ(hotKeys.registrationAttempts()[1].keyCode, 19U);
     EXPECT_EQ(hotKeys.registrationAttempts()[2].keyCode, 20U);
     EXPECT_EQ(bound(), captures);
+}
+
+TEST_F(AppDelegateTest, WithoutAKeyTheUserIsAskedForOneBeforeTheCardsAreBack)
+{
+    secrets.removeFromOutside(apiKeyItem);
+    launch();
+    EXPECT_EQ(apiKeySetup.presentations, 1);
+    EXPECT_GT(journal.indexOf(QStringLiteral("ask for the key")),
+              journal.indexOf(QStringLiteral("make hotkey manager")));
+    EXPECT_LT(journal.indexOf(QStringLiteral("ask for the key")), journal.indexOf(QStringLiteral("restore cards")));
+}
+
+TEST_F(AppDelegateTest, WithAKeyNobodyIsAsked)
+{
+    launch();
+    EXPECT_EQ(apiKeySetup.presentations, 0);
+}
+
+TEST_F(AppDelegateTest, ALockedKeyIsAKey)
+{
+    secrets.setLocked(true);
+    launch();
+    EXPECT_EQ(apiKeySetup.presentations, 0);
+    EXPECT_TRUE(secrets.operations.isEmpty());
+}
+
+TEST_F(AppDelegateTest, TheStartDoesNotWaitForTheKeyring)
+{
+    secrets.removeFromOutside(apiKeyItem);
+    secrets.keepSilent();
+    launch();
+    EXPECT_EQ(bound(), captures);
+    EXPECT_TRUE(journal.contains(QStringLiteral("restore cards")));
+    EXPECT_EQ(apiKeySetup.presentations, 0);
+    secrets.answer();
+    EXPECT_EQ(apiKeySetup.presentations, 1);
+}
+
+TEST_F(AppDelegateTest, AKeyringThatNeverAnswersIsNotTakenForAnEmptyOne)
+{
+    secrets.keepSilent();
+    launch();
+    secrets.giveUp();
+    EXPECT_EQ(apiKeySetup.presentations, 0);
+}
+
+TEST_F(AppDelegateTest, AnAnswerAfterTheEndAsksNobody)
+{
+    secrets.removeFromOutside(apiKeyItem);
+    secrets.keepSilent();
+    launch();
+    delegate.reset();
+    secrets.answer();
+    EXPECT_EQ(apiKeySetup.presentations, 0);
 }
 
 TEST_F(AppDelegateTest, EachHotkeyRunsItsCapture)
