@@ -1,9 +1,11 @@
 /// How a person connects the program to the service.
+#include "tests/support/desktop/CardFrames.h"
 #include "tests/support/desktop/DesktopTest.h"
 #include "tests/support/service/ServiceDouble.h"
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 
 namespace lumenfold::test {
 namespace {
@@ -17,8 +19,21 @@ protected:
         QDir().mkpath(desktop.folders().path("config/LumenFold"));
         QFile file(desktop.folders().path("config/LumenFold/LumenFold.conf"));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("[General]\nLumenFold.apiBaseURLOverride=" + service.baseURL().toEncoded() + "\n");
+        file.write("[General]\nLumenFold.editorLocation=browser\nLumenFold.apiBaseURLOverride=" +
+                   service.baseURL().toEncoded() + "\n");
         return desktop;
+    }
+
+    /// Captures, and presses Edit on the card.
+    static void editACapture(Desktop &desktop)
+    {
+        desktop.press("Super+Alt+1");
+        desktop.waitForClipboard();
+        const QRect window = desktop.waitForPanels(1).first().frame;
+        desktop.pointer().moveTo(window.center());
+        (void)desktop.waitForStillPicture();
+        // The upper one of the two rows of buttons in its middle.
+        desktop.pointer().click(window.center() - QPoint(0, 16));
     }
 
     [[nodiscard]] static std::optional<WindowInfo> dialog(const Desktop &desktop)
@@ -114,6 +129,46 @@ TEST_F(Connect, AKeyringThatHangsHoldsNothingUp)
     EXPECT_FALSE(dialog(desktop).has_value());
     EXPECT_EQ(desktop.quitProgram(), Process::Exit{.status = 0});
     desktop.keyring().letGoOn();
+}
+
+TEST_F(Connect, EditUploadsTheCardAndOpensTheStudioInTheBrowser)
+{
+    // A browser of the test's own.
+    QTemporaryDir programs;
+    const QString opened = programs.filePath(QStringLiteral("opened"));
+    QFile opener(programs.filePath(QStringLiteral("xdg-open")));
+    ASSERT_TRUE(opener.open(QIODevice::WriteOnly));
+    opener.write("#!/bin/sh\nprintf %s \"$1\" >'" + opened.toUtf8() + ".new'\nmv '" + opened.toUtf8() + ".new' '" +
+                 opened.toUtf8() + "'\n");
+    opener.close();
+    opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QProcessEnvironment environment;
+    environment.insert(QStringLiteral("PATH"), programs.path() + u':' + qEnvironmentVariable("PATH"));
+    Desktop &desktop =
+        prepareConnected({.size = cardFriendlyScreen, .compositor = CompositorKind::plain, .environment = environment});
+    desktop.startProgram();
+    editACapture(desktop);
+    waitUntil("the browser", [&] { return QFile::exists(opened); });
+    QFile address(opened);
+    ASSERT_TRUE(address.open(QIODevice::ReadOnly));
+    const QUrl studio = QUrl::fromEncoded(address.readAll());
+    EXPECT_EQ(studio.path(), u"/studio");
+    const QList<ReceivedRequest> uploads = service.requests(ServiceDouble::Endpoint::storage);
+    ASSERT_EQ(uploads.size(), 1);
+    EXPECT_TRUE(studio.query(QUrl::FullyDecoded).contains(QString::fromUtf8(uploads[0].path())));
+    EXPECT_FALSE(studio.query(QUrl::FullyDecoded).contains(u'?'));
+    EXPECT_FALSE(uploads[0].header("Authorization"));
+}
+
+TEST_F(Connect, AKeyThatIsRefusedSignsOutAndAnotherIsAskedFor)
+{
+    Desktop &desktop = prepareConnected({.size = cardFriendlyScreen, .compositor = CompositorKind::plain});
+    service.behave(ServiceDouble::Endpoint::signedUrl, answering(403));
+    desktop.startProgram();
+    EXPECT_FALSE(dialog(desktop).has_value());
+    editACapture(desktop);
+    waitForDialog(desktop);
+    waitUntil("the key to be gone", [&] { return desktop.keyring().items().isEmpty(); });
 }
 
 TEST_F(Connect, ALockedKeyAsksNobodyAtTheStart)
