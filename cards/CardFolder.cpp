@@ -3,17 +3,19 @@
 #include "cards/CardFileNames.h"
 #include "cards/CardWrites.h"
 #include "cards/PersistedCardCoding.h"
-#include "platform/files/FileContents.h"
-
+#include "platform/image/PngFile.h"
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 
 #include <utility>
 
 namespace lumenfold {
 
-CardFolder::CardFolder(QString path) : m_path(std::move(path)) {}
+CardFolder::CardFolder(QString path, QString thumbnails) : m_path(std::move(path)), m_thumbnails(std::move(thumbnails))
+{
+}
 
 void CardFolder::create() const
 {
@@ -27,12 +29,12 @@ QString CardFolder::pathOf(const QString &name) const
 
 std::optional<QByteArray> CardFolder::apply(const CardWrites &writes, const std::function<void()> &onProgress) const
 {
-    create();
+    makeFolder(m_path);
     for (const Image &image : writes.imagesOfFiles()) {
         image.keepBytesOfFile();
         onProgress();
     }
-    saveImages(writes, onProgress);
+    const QSet<QString> saved = saveImages(writes, onProgress);
     std::optional<QByteArray> list = writes.manifest() ? encodePersistedCards(*writes.manifest()) : std::nullopt;
     if (list && writeManifest(*list)) {
         list.reset();
@@ -44,36 +46,53 @@ std::optional<QByteArray> CardFolder::apply(const CardWrites &writes, const std:
     if (writes.manifest()) {
         removeImagesExcept(writes.namesToKeep());
     }
+    updateThumbnails(writes, saved);
     return list;
 }
 
 bool CardFolder::writeManifest(QByteArrayView text) const
 {
-    return write(manifestFileName, text);
+    const bool isWritten = write(manifestFileName, text, Sync::first);
+    syncFolder(m_path);
+    return isWritten;
 }
 
-void CardFolder::saveImages(const CardWrites &writes, const std::function<void()> &onProgress) const
+QSet<QString> CardFolder::saveImages(const CardWrites &writes, const std::function<void()> &onProgress) const
 {
     const CardWrites::Save *written = nullptr;
+    QStringList unsynced;
+    QSet<QString> saved;
     const std::vector<CardWrites::Save> saves = writes.saves();
     for (const CardWrites::Save &save : saves) {
         onProgress();
         // A card's image usually is its editor source image, too.
         if (written && written->image == save.image &&
             replaceFileByLink(pathOf(save.name), pathOf(scratchFileName), pathOf(written->name))) {
+            saved.insert(save.name);
             continue;
         }
         const std::optional<QByteArray> png = save.image.pngData();
-        if (png && write(save.name, *png)) {
+        const Sync when = QFileInfo::exists(pathOf(save.name)) ? Sync::first : Sync::later;
+        if (png && write(save.name, *png, when)) {
             save.image.leaveBytesToFile(pathOf(save.name));
             written = &save;
+            saved.insert(save.name);
+            if (when == Sync::later) {
+                unsynced.append(pathOf(save.name));
+            }
         }
     }
+    if (!saves.empty()) {
+        syncFiles(unsynced, onProgress);
+        syncFolder(m_path);
+        onProgress();
+    }
+    return saved;
 }
 
-bool CardFolder::write(const QString &name, QByteArrayView bytes) const
+bool CardFolder::write(const QString &name, QByteArrayView bytes, Sync when) const
 {
-    return replaceFile(pathOf(name), pathOf(scratchFileName), bytes);
+    return replaceFile(pathOf(name), pathOf(scratchFileName), bytes, when);
 }
 
 void CardFolder::removeImagesExcept(const QSet<QString> &names) const
@@ -90,6 +109,31 @@ void CardFolder::removeImagesExcept(const QSet<QString> &names) const
     for (const QString &orphan : orphans) {
         QFile::remove(orphan);
     }
+}
+
+void CardFolder::updateThumbnails(const CardWrites &writes, const QSet<QString> &saved) const
+{
+    if (writes.manifest()) {
+        m_thumbnails.removeAllExcept(writes.namesToKeep());
+    } else if (!writes.removals().isEmpty()) {
+        m_thumbnails.removeAllOf(writes.removals());
+    }
+    const QHash<QString, Image> &thumbnails = writes.thumbnails();
+    for (auto each = thumbnails.begin(); each != thumbnails.end(); ++each) {
+        const std::unique_ptr<PngFile> file = PngFile::open(pathOf(each.key()));
+        const std::optional<QByteArray> fingerprint = file ? file->fingerprint() : std::nullopt;
+        // The card may be gone meanwhile, or show something else.
+        const bool isItsFile = saved.contains(each.key()) || each->fileFingerprint() == fingerprint;
+        if (fingerprint && isItsFile) {
+            m_thumbnails.keep(each.key(), *fingerprint, *each);
+        }
+    }
+}
+
+QImage CardFolder::thumbnail(const QString &name, const Image &image) const
+{
+    const std::optional<QByteArray> fingerprint = image.fileFingerprint();
+    return fingerprint ? m_thumbnails.find(name, *fingerprint) : QImage();
 }
 
 std::optional<Image> CardFolder::image(const QString &name) const

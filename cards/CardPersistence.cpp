@@ -38,11 +38,19 @@ public:
 
     void add(const CardWrites &writes)
     {
-        {
-            const QMutexLocker lock(&m_mutex);
-            m_waiting.append(writes);
-        }
-        m_pool->start([self = shared_from_this()] { self->work(); });
+        change([&] { m_waiting.append(writes); });
+    }
+
+    /// Any thread.
+    void keepThumbnail(const QString &name, const Image &image)
+    {
+        change([&] { m_waiting.keepThumbnail(name, image); });
+    }
+
+    /// Any thread.
+    [[nodiscard]] QImage thumbnail(const QString &name, const Image &image) const
+    {
+        return m_folder.thumbnail(name, image);
     }
 
     bool wait(std::chrono::milliseconds standstill)
@@ -61,6 +69,13 @@ public:
     /// For a thread that hangs and cannot be waited for; the process ends without it.
     void abandonThread() { (void)m_pool.release(); }
 
+    /// From now on nothing more is taken: pictures may still be made on other threads.
+    void close()
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_isClosed = true;
+    }
+
     [[nodiscard]] std::optional<Image> pendingImage(const QString &name) const
     {
         const QMutexLocker lock(&m_mutex);
@@ -75,6 +90,16 @@ public:
     }
 
 private:
+    template <typename Change>
+    void change(Change make)
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (!m_isClosed) {
+            make();
+            m_pool->start([self = shared_from_this()] { self->work(); });
+        }
+    }
+
     void work()
     {
         std::shared_ptr<const CardWrites> active;
@@ -95,19 +120,46 @@ private:
 
     const CardFolder m_folder;
     mutable QMutex m_mutex;
+    bool m_isClosed = false;
     CardWrites m_waiting;
     std::shared_ptr<const CardWrites> m_active;
     std::atomic<int> m_progress = 0;
     std::unique_ptr<QThreadPool> m_pool;
 };
 
-CardPersistence::CardPersistence(const QString &folder) : m_folder(folder), m_worker(std::make_shared<Worker>(m_folder))
+/// The thumbnails of one image, which may outlive the store.
+class CardPersistence::Thumbnails : public ThumbnailKeeper {
+public:
+    Thumbnails(QString name, const std::shared_ptr<Worker> &worker) : m_name(std::move(name)), m_worker(worker) {}
+
+    [[nodiscard]] QImage find(const Image &image) override
+    {
+        const std::shared_ptr<Worker> worker = m_worker.lock();
+        return worker ? worker->thumbnail(m_name, image) : QImage();
+    }
+
+    void thumbnailMade(const Image &image) override
+    {
+        if (const std::shared_ptr<Worker> worker = m_worker.lock()) {
+            worker->keepThumbnail(m_name, image);
+        }
+    }
+
+private:
+    const QString m_name;
+    const std::weak_ptr<Worker> m_worker;
+};
+
+CardPersistence::CardPersistence(const QString &folder, const QString &thumbnailFolder)
+    : m_folder(folder, thumbnailFolder), m_worker(std::make_shared<Worker>(m_folder))
 {
 }
 
 CardPersistence::~CardPersistence()
 {
-    if (!flush()) {
+    handOver();
+    m_worker->close();
+    if (!m_worker->wait(longestStandstill)) {
         m_worker->abandonThread();
     }
 }
@@ -136,7 +188,12 @@ QUrl CardPersistence::urlOf(const std::optional<QString> &name) const
 
 void CardPersistence::saveImage(const Image &image, const QString &id)
 {
-    save(image, imageFileName(id));
+    const std::optional<QString> name = imageFileName(id);
+    save(image, name);
+    if (name) {
+        keepThumbnails(image, *name);
+        m_asked.keepThumbnail(*name, image);
+    }
 }
 
 void CardPersistence::saveEditorSourceImage(const Image &image, const QString &id)
@@ -154,10 +211,19 @@ void CardPersistence::save(const Image &image, const std::optional<QString> &nam
     }
 }
 
+void CardPersistence::keepThumbnails(const Image &image, const QString &name)
+{
+    image.keepThumbnailsWith(std::make_shared<Thumbnails>(name, m_worker));
+}
+
 std::optional<Image> CardPersistence::loadImage(const QString &id)
 {
     const auto name = imageFileName(id);
-    return name ? load(*name) : std::nullopt;
+    std::optional<Image> image = name ? load(*name) : std::nullopt;
+    if (image) {
+        keepThumbnails(*image, *name);
+    }
+    return image;
 }
 
 std::optional<Image> CardPersistence::loadEditorSourceImage(const QString &id)

@@ -25,8 +25,11 @@ public:
     /// Where cards are kept, beneath the folder in which programs keep what they need.
     static constexpr QLatin1String relativePath{"LumenFold/cards"};
 
-    /// `folder` is an absolute path; the folder is made when something is written.
-    explicit CardPersistence(const QString &folder);
+    /// Where small copies of the images are kept, beneath the folder for what programs can make again.
+    static constexpr QLatin1String relativeThumbnailPath{"LumenFold/card-thumbnails"};
+
+    /// Absolute paths; the folders are made when something is written. Without the second there are no thumbnails.
+    explicit CardPersistence(const QString &folder, const QString &thumbnailFolder = {});
     /// Does what is left to do, as flush().
     ~CardPersistence() override;
 
@@ -52,11 +55,13 @@ public:
 
 private:
     class Worker;
+    class Thumbnails;
 
     [[nodiscard]] QUrl urlOf(const std::optional<QString> &name) const;
     void save(const Image &image, const std::optional<QString> &name);
     void remove(const std::optional<QString> &name);
     [[nodiscard]] std::optional<Image> load(const QString &name);
+    void keepThumbnails(const Image &image, const QString &name);
     /// Before that file goes: whoever shows what is in it must not lose it.
     void keepBytesOf(const QString &name);
     void scheduleWork();

@@ -43,7 +43,11 @@ CardPicture::CardPicture(Image image) : m_image(std::move(image))
 {
     connect(&m_watcher, &QFutureWatcherBase::finished, this, [this] {
         takeCopy(m_watcher.result());
-        Q_EMIT changed();
+        if (m_copy.isNull()) {
+            Q_EMIT unreadable();
+        } else {
+            Q_EMIT changed();
+        }
     });
 }
 
@@ -60,19 +64,26 @@ void CardPicture::prepare(PixelSize device, Sharpness sharpness)
         return;
     }
     m_making = wanted;
+    const ThumbnailFit fit = sharpness == Sharpness::exact ? ThumbnailFit::exact : ThumbnailFit::atLeast;
     if (m_image.holdsPixels()) {
         // A new capture: a few milliseconds, and the card is never seen without its picture.
-        takeCopy(m_image.thumbnail(wanted));
+        takeCopy(m_image.thumbnail(wanted, fit));
     } else {
         m_watcher.setFuture(
-            makePicture(backgroundPool(), [image = m_image, wanted] { return image.thumbnail(wanted); }));
+            makePicture(backgroundPool(), [image = m_image, wanted, fit] { return image.thumbnail(wanted, fit); }));
     }
 }
 
 void CardPicture::takeCopy(const QImage &copy)
 {
-    m_copy = copy;
     m_madeFor = m_making;
+    // What there was is better than nothing.
+    if (!copy.isNull()) {
+        m_copy = copy;
+        if (copy.width() > m_making.width) {
+            m_madeFor = {copy.width(), copy.height()};
+        }
+    }
     m_image.releasePixelsWhenEncoded();
 }
 

@@ -42,6 +42,8 @@ public:
 Q_SIGNALS:
     /// There is another copy to paint.
     void changed();
+    /// There is nothing to paint and never will be: the image's file is broken or gone.
+    void unreadable();
 
 private:
     void prepare(PixelSize device, Sharpness sharpness);

@@ -28,6 +28,7 @@ void CardWrites::save(const QString &name, const Image &image)
 {
     std::erase_if(m_saves, [&name](const Save &save) { return save.name == name; });
     m_removals.remove(name);
+    m_thumbnails.remove(name);
     m_saves.push_back({{name, image}});
 }
 
@@ -35,6 +36,7 @@ void CardWrites::remove(const QString &name)
 {
     std::erase_if(m_saves, [&name](const Save &save) { return save.name == name; });
     m_removals.insert(name);
+    m_thumbnails.remove(name);
 }
 
 void CardWrites::list(std::vector<PersistedCard> cards)
@@ -44,6 +46,13 @@ void CardWrites::list(std::vector<PersistedCard> cards)
         save.isBeforeList = true;
     }
     m_manifest = std::move(cards);
+}
+
+void CardWrites::keepThumbnail(const QString &name, const Image &image)
+{
+    if (!removes(name) && imageToSave(name).value_or(image) == image) {
+        m_thumbnails.insert(name, image);
+    }
 }
 
 std::vector<CardWrites::Save> CardWrites::saves() const
@@ -71,6 +80,7 @@ void CardWrites::append(const CardWrites &later)
         save(one.name, one.image);
     }
     m_imagesOfFiles.insert(m_imagesOfFiles.end(), later.m_imagesOfFiles.begin(), later.m_imagesOfFiles.end());
+    m_thumbnails.insert(later.m_thumbnails);
 }
 
 std::optional<Image> CardWrites::imageToSave(const QString &name) const

@@ -3,6 +3,7 @@
 #include "cards/CardStore.h"
 #include "platform/image/Image.h"
 
+#include <QHash>
 #include <QSet>
 #include <QString>
 
@@ -31,12 +32,18 @@ public:
     /// That image has its bytes in a file that one of these writes deletes or replaces, and may still be shown.
     void keepBytesOf(const Image &image) { m_imagesOfFiles.push_back(image); }
 
+    /// That image, which is in the file of that name, has a thumbnail for the next run. Nothing when the name is going
+    /// to be another image's, or nobody's.
+    void keepThumbnail(const QString &name, const Image &image);
+
     [[nodiscard]] bool isEmpty() const { return m_saves.empty() && m_removals.isEmpty() && !m_manifest; }
     /// In the order in which they were asked for.
     [[nodiscard]] std::vector<Save> saves() const;
     [[nodiscard]] const QSet<QString> &removals() const { return m_removals; }
     [[nodiscard]] const std::optional<std::vector<PersistedCard>> &manifest() const { return m_manifest; }
     [[nodiscard]] const std::vector<Image> &imagesOfFiles() const { return m_imagesOfFiles; }
+    /// By the names of their files.
+    [[nodiscard]] const QHash<QString, Image> &thumbnails() const { return m_thumbnails; }
     /// What is going to be saved under that name, if anything is.
     [[nodiscard]] std::optional<Image> imageToSave(const QString &name) const;
 
@@ -55,6 +62,7 @@ private:
     QSet<QString> m_removals;
     std::optional<std::vector<PersistedCard>> m_manifest;
     std::vector<Image> m_imagesOfFiles;
+    QHash<QString, Image> m_thumbnails;
 };
 
 } // namespace lumenfold

@@ -106,6 +106,8 @@ public:
     std::function<void()> onResizeDragEnded;
     std::function<void()> onBringToFront;
     std::function<void()> onExpandRequested;
+    /// The image's file turned out to be broken or gone before the card could show anything.
+    std::function<void()> onImageUnreadable;
 
 Q_SIGNALS:
     /// Each just before the field changes, with what it is going to be; not when the value stays the same.

@@ -87,39 +87,6 @@ void PreviewWindowController::showPinnedCard(const Image &image, const PinnedCar
     }
 }
 
-void PreviewWindowController::restore()
-{
-    if (!m_with.store) {
-        return;
-    }
-    std::vector<CardPointer> stack;
-    std::vector<CardPointer> pinnedAboveColumn;
-    for (const PersistedCard &entry : m_with.store->readManifest()) {
-        const std::optional<Image> image = m_with.store->loadImage(entry.id);
-        if (!image) {
-            continue;
-        }
-        const Image source = m_with.store->loadEditorSourceImage(entry.id).value_or(*image);
-        const QString sourceId = entry.editorSourceId.value_or(entry.id);
-        if (entry.isPinned) {
-            pinnedAboveColumn.push_back(addPinnedCard(
-                *image,
-                {.editorSourceImage = source, .editorSourceId = sourceId, .frame = entry.frame, .id = entry.id}));
-            m_panels.orderFront(*pinnedAboveColumn.back()->panel);
-        } else {
-            stack.push_back(
-                addStackCard(*image, {.editorSourceImage = source, .editorSourceId = sourceId, .id = entry.id}));
-            pinnedAboveColumn.clear();
-        }
-    }
-    // One layout for all of them, however many there are.
-    presentStackCards(stack);
-    for (const CardPointer &card : pinnedAboveColumn) {
-        m_panels.orderFront(*card->panel);
-    }
-    persistManifest();
-}
-
 void PreviewWindowController::persistManifest()
 {
     if (!m_with.store) {
@@ -136,7 +103,10 @@ void PreviewWindowController::persistManifest()
                                .frame = isPinned ? std::optional(card->panel->frame()) : std::nullopt});
         },
         [&](const DismissedCard &card) {
-            entries.push_back({.id = card.screenshotId, .editorSourceId = card.editorSourceId});
+            entries.push_back({.id = card.screenshotId,
+                               .editorSourceId = card.editorSourceId,
+                               .isPinned = card.variant == PreviewCardVariant::pinned,
+                               .frame = card.frame});
         });
     m_with.store->writeManifest(entries);
 }

@@ -90,7 +90,8 @@ public:
     /// Adds a pinned card.
     void showPinnedCard(const Image &image, const PinnedCardOptions &options = {});
 
-    /// Shows the cards that the store kept from the last run; those whose image is gone are forgotten.
+    /// Shows the cards that the store kept from the last run; those whose image is gone are forgotten. What of the
+    /// column will be seen comes at once, the others little by little; the list is written when all are there.
     void restore();
     /// Writes the list of cards to the store.
     void persistManifest();
@@ -131,9 +132,9 @@ public:
 private:
     [[nodiscard]] bool isShown(const CardPointer &card) const;
 
-    /// Cards of one group that are still to be made again, and where they belong.
+    /// Cards that follow each other in the order and are still to be made again, and where they belong.
     struct Restoring {
-        /// The oldest first; the newest is made next.
+        /// The oldest first, which is made next. Those without an image have it in the store.
         UndoStack::Group remaining;
         /// They stand before m_cards[position].
         std::size_t position = 0;
@@ -154,7 +155,15 @@ private:
 
     void bringBack(UndoStack::Group group);
     void bringBackOne(const DismissedCard &dismissed);
-    std::vector<CardPointer> makeNewestAgain(Restoring &restoring, std::size_t count);
+    /// So many cards of the column are never seen at the same time.
+    [[nodiscard]] std::size_t mostCardsSeen() const;
+    /// Fills in images that are in the store; false when there is none.
+    [[nodiscard]] bool load(DismissedCard &card) const;
+    [[nodiscard]] CardPointer makeAgain(const DismissedCard &card);
+    std::vector<CardPointer> makeOldestAgain(std::size_t count);
+    void placeMadeAgain(const std::vector<CardPointer> &made);
+    void restoreSome();
+    void forgetEmptyRuns();
     void scheduleNextRestored();
     /// Every card in its order, those that are still to be made again included: calls one or the other for each.
     void forEachCard(const std::function<void(const CardPointer &)> &shown,
@@ -196,7 +205,10 @@ private:
     ColumnGesture m_gesture;
     UndoStack m_undo;
     std::vector<CardPointer> m_cards;
+    /// In the order of the cards.
     std::vector<Restoring> m_restoring;
+    /// The list on disk may name cards that cannot be read; it is written again when that is known of all.
+    bool m_isListToBeWritten = false;
     std::shared_ptr<ScheduledWork> m_nextRestored;
     std::shared_ptr<ScheduledWork> m_coveredPanelsOut;
     /// Set with setCollapsed() alone.

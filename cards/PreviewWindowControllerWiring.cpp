@@ -37,6 +37,9 @@ void PreviewWindowController::wire(const CardPointer &card)
     PreviewModel &model = *card->model;
     model.onDismiss = whileAlive(
         this, card, [this](const CardPointer &held) { dismiss(held, DismissMotion::fade, RecordUndo::yes); });
+    // Like a card that could not be restored at all; only that this one's file had to be read to know.
+    model.onImageUnreadable =
+        whileAlive(this, card, [this](const CardPointer &held) { dismiss(held, DismissMotion::fade, RecordUndo::no); });
     model.onPinRequested = whileAlive(this, card, [this](const CardPointer &held) {
         showPinnedCard(held->model->image(), {.editorSourceImage = held->model->editorSourceImage(),
                                               .editorSourceId = held->model->editorSourceId()});

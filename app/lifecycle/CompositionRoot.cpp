@@ -38,6 +38,16 @@
 
 namespace lumenfold {
 
+namespace {
+
+QString thumbnailFolder(const FileManager &files)
+{
+    const std::optional<QString> caches = files.cachesDirectory();
+    return caches ? QDir(*caches).filePath(CardPersistence::relativeThumbnailPath) : QString();
+}
+
+} // namespace
+
 /// In the order in which they are built; they go in the opposite order.
 struct CompositionRoot::Parts {
     explicit Parts(std::unique_ptr<PlatformServices> services) : platform(std::move(services))
@@ -101,7 +111,8 @@ struct CompositionRoot::Parts {
         .keys = {.taps = platform->keyEventTaps(), .hotKeys = platform->hotKeys(), .queue = queue},
     }};
     CardPersistence cardStore{
-        QDir(files.applicationSupportDirectory().value_or(QDir::tempPath())).filePath(CardPersistence::relativePath)};
+        QDir(files.applicationSupportDirectory().value_or(QDir::tempPath())).filePath(CardPersistence::relativePath),
+        thumbnailFolder(files)};
 
     AppDelegate delegate{{
         .workspace = workspace,

@@ -71,6 +71,11 @@ DraggableImageView::DraggableImageView(Image image, Callbacks callbacks, const P
     [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(accessiblePicture), true);
     setToolTip(tr("Drag to any app to upload this screenshot"));
     connect(&m_picture, &CardPicture::changed, this, qOverload<>(&QWidget::update));
+    connect(&m_picture, &CardPicture::unreadable, this, [this] {
+        if (const auto callback = m_callbacks.onUnreadable) {
+            callback();
+        }
+    });
 }
 
 DraggableImageView::~DraggableImageView() = default;

@@ -31,6 +31,8 @@ public:
         /// The buttons that come over the picture with the pointer, as long as there are any. Assistive technologies,
         /// which pass over what is not seen, press them by way of the picture.
         std::function<QList<QAbstractButton *>()> buttons;
+        /// There is no picture to show: its file is broken or gone.
+        std::function<void()> onUnreadable;
     };
 
     /// `panels` says whether windows blend; it must outlive the view.

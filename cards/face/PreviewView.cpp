@@ -158,7 +158,8 @@ void PreviewView::addImage()
     m_image = new DraggableImageView(m_model->image(),
                                      {.onDoubleClick = [this] { call(m_model->onExpandRequested); },
                                       .onDragBegan = dragOut,
-                                      .buttons = [this] { return m_actionPanel->buttons(); }},
+                                      .buttons = [this] { return m_actionPanel->buttons(); },
+                                      .onUnreadable = [this] { call(m_model->onImageUnreadable); }},
                                      m_with.panels, this);
     m_image->setAccessibleName(accessibleNameOf(*m_model));
     m_image->installEventFilter(this);

@@ -1,8 +1,13 @@
 #include "platform/files/FileContents.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 
@@ -14,7 +19,35 @@ std::filesystem::path native(const QString &path)
     return QFile::encodeName(path).toStdString();
 }
 
-bool writeNewFile(const QString &path, QByteArrayView bytes)
+/// Closes itself. Some file systems cannot open everything, or sync nothing: then nothing more can be done.
+class Descriptor {
+public:
+    Descriptor(const QString &path, int flags)
+        : m_descriptor(::open(QFile::encodeName(path).constData(), flags | O_RDONLY | O_CLOEXEC | O_NONBLOCK))
+    {
+    }
+    ~Descriptor()
+    {
+        if (m_descriptor >= 0) {
+            ::close(m_descriptor);
+        }
+    }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    [[nodiscard]] int number() const { return m_descriptor; }
+
+private:
+    const int m_descriptor;
+};
+
+/// False when the disk could not take the bytes after all, which some say only now.
+bool sync(int descriptor)
+{
+    return ::fdatasync(descriptor) == 0 || (errno != EIO && errno != ENOSPC && errno != EDQUOT);
+}
+
+bool writeNewFile(const QString &path, QByteArrayView bytes, Sync when)
 {
     QFile file(path);
     // Unbuffered, so that a full disk is noticed here and not when the file is closed.
@@ -29,7 +62,7 @@ bool writeNewFile(const QString &path, QByteArrayView bytes)
         }
         bytes = bytes.sliced(written);
     }
-    return true;
+    return when == Sync::later || sync(file.handle());
 }
 
 bool rename(const QString &from, const QString &to)
@@ -54,10 +87,10 @@ std::optional<QByteArray> readFile(const QString &path, qint64 maximumBytes)
     return bytes;
 }
 
-bool replaceFile(const QString &path, const QString &scratch, QByteArrayView bytes)
+bool replaceFile(const QString &path, const QString &scratch, QByteArrayView bytes, Sync when)
 {
     QFile::remove(scratch);
-    if (writeNewFile(scratch, bytes) && rename(scratch, path)) {
+    if (writeNewFile(scratch, bytes, when) && rename(scratch, path)) {
         return true;
     }
     QFile::remove(scratch);
@@ -73,6 +106,41 @@ bool replaceFileByLink(const QString &path, const QString &scratch, const QStrin
     // Renaming one name of a file to another name of the same file leaves both.
     QFile::remove(scratch);
     return isDone;
+}
+
+void syncFiles(const QStringList &paths, const std::function<void()> &onProgress)
+{
+#ifdef SYNC_FILE_RANGE_WRITE
+    // All of them set out together, so that the first one's wait is most of the others', too.
+    for (const QString &path : paths) {
+        const Descriptor file(path, 0);
+        (void)::sync_file_range(file.number(), 0, 0, SYNC_FILE_RANGE_WRITE);
+    }
+#endif
+    for (const QString &path : paths) {
+        const Descriptor file(path, 0);
+        (void)::fdatasync(file.number());
+        onProgress();
+    }
+}
+
+void syncFolder(const QString &path)
+{
+    const Descriptor folder(path, O_DIRECTORY);
+    (void)::fsync(folder.number());
+}
+
+bool makeFolder(const QString &path)
+{
+    if (QFileInfo(path).isDir()) {
+        return true;
+    }
+    const QString parent = QFileInfo(path).path();
+    if (parent == path || !makeFolder(parent) || !QDir().mkdir(path)) {
+        return false;
+    }
+    syncFolder(parent);
+    return true;
 }
 
 bool areSameFile(const QString &path, const QString &other)

@@ -3,7 +3,9 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
+#include <QStringList>
 
+#include <functional>
 #include <optional>
 
 /// Whole files that are read and written as one. Any thread; nothing here waits for anything but the disk.
@@ -13,15 +15,32 @@ namespace lumenfold {
 /// it waiting) or longer than `maximumBytes`.
 [[nodiscard]] std::optional<QByteArray> readFile(const QString &path, qint64 maximumBytes);
 
+/// When bytes are on the disk itself, and not only with the kernel, whence a power cut takes them.
+enum class Sync {
+    /// Before they have their name: a power cut, too, leaves the old bytes or the new ones.
+    first,
+    /// Not before syncFiles(); for a name under which there was nothing to lose.
+    later,
+};
+
 /// Makes `path` a file of these bytes that only the user may read. Whoever looks, also after this process was killed,
 /// finds either what was there before or all of the new bytes. They are written to `scratch` first, a name in the same
 /// folder that is this caller's alone: whatever stands there is replaced, and after a kill part of the bytes may. False
 /// when it cannot be done (no such folder, no room); `path` is then as it was.
-[[nodiscard]] bool replaceFile(const QString &path, const QString &scratch, QByteArrayView bytes);
+[[nodiscard]] bool replaceFile(const QString &path, const QString &scratch, QByteArrayView bytes,
+                               Sync when = Sync::first);
 
 /// The same with the contents of `existing`, which gets a second name and takes no more room. False also where the file
 /// system does not know such a thing.
 [[nodiscard]] bool replaceFileByLink(const QString &path, const QString &scratch, const QString &existing);
+
+/// Waits until the bytes of these files are on the disk. Calls `onProgress` after each. Best effort.
+void syncFiles(const QStringList &paths, const std::function<void()> &onProgress);
+/// Waits until the names in that folder are on the disk: what was renamed there stays so. Best effort.
+void syncFolder(const QString &path);
+
+/// Makes the folder, and those above it, and waits until they are on the disk; at once true when it is there.
+bool makeFolder(const QString &path);
 
 /// True when both are names of one existing file.
 [[nodiscard]] bool areSameFile(const QString &path, const QString &other);

@@ -28,9 +28,13 @@ using PngBytes = std::optional<QByteArray>;
 constexpr qsizetype earlierThumbnailBytes = 4 * 1024 * 1024;
 constexpr std::size_t maximumThumbnails = 4;
 
+/// A thumbnail this many times as wide as what was asked for is scaled down in painting.
+constexpr double largestExcess = 1.8;
+
 struct Thumbnail {
     PixelSize bounds;
     QImage picture;
+    ThumbnailFit fit = ThumbnailFit::exact;
 };
 
 /// A copy in which every pixel says that it is opaque. Null without memory.
@@ -69,6 +73,22 @@ PixelSize fittingInto(PixelSize size, PixelSize bounds)
     const QSize fitting =
         QSize(size.width, size.height).scaled(bounds.width, bounds.height, Qt::KeepAspectRatio).expandedTo({1, 1});
     return {fitting.width(), fitting.height()};
+}
+
+/// Whether that is what becomes of a picture of `size`, or what may stand for it. It comes from a file that anybody may
+/// have written.
+bool isThumbnail(const QImage &found, PixelSize size, PixelSize bounds, ThumbnailFit fit)
+{
+    if (found.isNull() || bounds.isEmpty() || isWithin(size, bounds)) {
+        return false;
+    }
+    const PixelSize fitting = fittingInto(size, bounds);
+    const PixelSize itsSize{found.width(), found.height()};
+    if (itsSize == fitting || fit == ThumbnailFit::exact) {
+        return itsSize == fitting;
+    }
+    return isWithin(fitting, itsSize) && itsSize.width <= fitting.width * largestExcess &&
+           fittingInto(size, itsSize) == itsSize;
 }
 
 QImage scaledInto(const QImage &pixels, PixelSize bounds)
@@ -136,6 +156,7 @@ struct Image::Shared {
     bool releasesPixels = false;
     std::vector<EncodingListener> listeners;
     std::vector<Thumbnail> thumbnails;
+    std::shared_ptr<ThumbnailKeeper> keeper;
 
     void finishEncoding(PngBytes result)
     {
@@ -346,11 +367,12 @@ void Image::whenEncoded(QObject *context, std::function<void(std::optional<QByte
     listener.tell(m_shared ? m_shared->bytes() : std::nullopt);
 }
 
-QImage Image::thumbnail(PixelSize bounds) const
+QImage Image::thumbnail(PixelSize bounds, ThumbnailFit fit) const
 {
     if (!m_shared) {
         return {};
     }
+    std::shared_ptr<ThumbnailKeeper> keeper;
     {
         const QMutexLocker lock(&m_shared->mutex);
         for (const Thumbnail &kept : m_shared->thumbnails) {
@@ -358,9 +380,19 @@ QImage Image::thumbnail(PixelSize bounds) const
                 return kept.picture;
             }
         }
+        keeper = m_shared->keeper;
+    }
+    const bool isFromBytes = !holdsPixels();
+    if (keeper && isFromBytes && pixelSize()) {
+        const QImage found = keeper->find(*this);
+        if (isThumbnail(found, *pixelSize(), bounds, fit)) {
+            const QMutexLocker lock(&m_shared->mutex);
+            m_shared->keepThumbnail({bounds, found, fit});
+            return found;
+        }
     }
     QImage made;
-    if (!holdsPixels()) {
+    if (isFromBytes) {
         const PngBytes png = pngData();
         made = png ? scaledInto(*png, bounds) : QImage();
     }
@@ -368,8 +400,14 @@ QImage Image::thumbnail(PixelSize bounds) const
         const QImage atHand = m_shared->pixelsAtHand();
         made = scaledInto(atHand.isNull() ? pixels() : atHand, bounds);
     }
-    const QMutexLocker lock(&m_shared->mutex);
-    m_shared->keepThumbnail({bounds, made});
+    {
+        const QMutexLocker lock(&m_shared->mutex);
+        m_shared->keepThumbnail({bounds, made, fit});
+        keeper = m_shared->keeper;
+    }
+    if (keeper && !made.isNull()) {
+        keeper->thumbnailMade(*this);
+    }
     return made;
 }
 
@@ -386,6 +424,36 @@ QImage Image::readyThumbnail() const
         }
     }
     return largest;
+}
+
+Image::LatestThumbnail Image::latestThumbnail() const
+{
+    if (!m_shared) {
+        return {};
+    }
+    const QMutexLocker lock(&m_shared->mutex);
+    const std::vector<Thumbnail> &all = m_shared->thumbnails;
+    const auto exact =
+        std::find_if(all.rbegin(), all.rend(), [](const Thumbnail &one) { return one.fit == ThumbnailFit::exact; });
+    const auto latest = exact == all.rend() ? all.rbegin() : exact;
+    return latest == all.rend() ? LatestThumbnail() : LatestThumbnail{latest->picture, latest->fit};
+}
+
+void Image::keepThumbnailsWith(std::shared_ptr<ThumbnailKeeper> keeper) const
+{
+    if (m_shared) {
+        const QMutexLocker lock(&m_shared->mutex);
+        m_shared->keeper = std::move(keeper);
+    }
+}
+
+std::optional<QByteArray> Image::fileFingerprint() const
+{
+    if (!m_shared) {
+        return std::nullopt;
+    }
+    const QMutexLocker lock(&m_shared->reading);
+    return m_shared->file ? m_shared->file->fingerprint() : std::nullopt;
 }
 
 void Image::leaveBytesToFile(const QString &path) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/geometry/Geometry.h"
+#include "platform/image/ThumbnailKeeper.h"
 
 #include <QByteArray>
 #include <QImage>
@@ -64,10 +65,24 @@ public:
 
     /// A copy of the picture scaled down to fit into `bounds` pixels, its proportions kept, and never scaled up; made
     /// once for each of the latest few bounds. Reads the bytes if the pixels were released, which takes some 50
-    /// milliseconds for a whole 4K desktop. Null when there are no pixels or no room.
-    [[nodiscard]] QImage thumbnail(PixelSize bounds) const;
+    /// milliseconds for a whole 4K desktop, unless somebody keeps its thumbnails. Null when there are no pixels or no
+    /// room.
+    [[nodiscard]] QImage thumbnail(PixelSize bounds, ThumbnailFit fit = ThumbnailFit::exact) const;
     /// The largest of the thumbnails that are at hand, at once; null when there is none.
     [[nodiscard]] QImage readyThumbnail() const;
+
+    /// The thumbnail to show in the next run: the latest that was asked for exactly, else the latest of all. Null when
+    /// there is none.
+    struct LatestThumbnail {
+        QImage picture;
+        ThumbnailFit fit = ThumbnailFit::exact;
+    };
+    [[nodiscard]] LatestThumbnail latestThumbnail() const;
+    /// From now on the thumbnails are looked for and kept there.
+    void keepThumbnailsWith(std::shared_ptr<ThumbnailKeeper> keeper) const;
+    /// What tells the bytes of the picture's file from those of other files and of other versions of it; nothing when
+    /// its bytes are in no file.
+    [[nodiscard]] std::optional<QByteArray> fileFingerprint() const;
 
     /// The picture's bytes have been written to this file and need not stay in memory. From then on it is like a
     /// picture from that file; nothing changes when it is one already, or the file has other bytes.

@@ -16,6 +16,7 @@ std::atomic<int> openFiles = 0;
 
 /// A file of so many chunks is no picture, whatever it is.
 constexpr int maximumChunks = 100'000;
+constexpr qint64 fingerprintedBytes = 64;
 
 } // namespace
 
@@ -127,6 +128,21 @@ bool PngFile::hasEndChunk()
         at += endChunkBytes + png::chunkDataBytes(start);
     }
     return false;
+}
+
+std::optional<QByteArray> PngFile::fingerprint()
+{
+    if (m_contents) {
+        return std::nullopt;
+    }
+    const qint64 bytes = std::min<qint64>(fingerprintedBytes, m_identity.size);
+    const QByteArray end =
+        reading([this, bytes] { return m_file.seek(m_identity.size - bytes) ? m_file.read(bytes) : QByteArray(); });
+    if (end.size() != bytes) {
+        return std::nullopt;
+    }
+    return QByteArray::number(qint64{m_identity.size}) + ' ' + QByteArray::number(qint64{m_identity.changedSeconds}) +
+           ' ' + QByteArray::number(qint64{m_identity.changedNanoseconds}) + ' ' + end;
 }
 
 void PngFile::hold()

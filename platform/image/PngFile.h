@@ -38,6 +38,11 @@ public:
     [[nodiscard]] bool isWhole();
     static constexpr qint64 maximumProvenBytes = 1024 * 1024;
 
+    /// Tells these bytes from those of other pictures, and from other versions of this one: the file's length and time,
+    /// and its last bytes, in which are the checksums of all pixels. Stays the same when the file gets another name, or
+    /// the disk another place. Nothing when the file cannot be read.
+    [[nodiscard]] std::optional<QByteArray> fingerprint();
+
     /// To be called before the file is deleted or replaced, by whoever does that: the bytes stay, in memory if there is
     /// no other way.
     void hold();

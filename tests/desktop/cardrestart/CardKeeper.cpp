@@ -61,6 +61,7 @@ public:
     [[nodiscard]] bool restore()
     {
         m_controller->restore();
+        m_queue.advance(500ms);
         for (const auto &card : m_controller->cards()) {
             const PreviewModel &model = *card->model;
             if (!isKeeperPicture(model.image().pixels(), model.editorSourceId()) ||

@@ -1,12 +1,17 @@
 #include "app/configuration/Palette.h"
 #include "cards/face/ActionPanel.h"
 #include "cards/face/DraggableImageView.h"
+#include "platform/image/EncodingPool.h"
 #include "tests/support/desktop/Wait.h"
 #include "tests/unit/cardface/CardFaceFixture.h"
+#include "tests/unit/image/TestPictures.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QTemporaryDir>
+#include <QThreadPool>
 
 #include <cstdlib>
 
@@ -316,6 +321,47 @@ TEST_F(PreviewViewTest, aCardMayGoAwayInsideItsOwnClick)
     EXPECT_EQ(view, nullptr);
     // While what it was made with is still there.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+TEST_F(PreviewViewTest, aLargePictureWhoseFileIsBrokenIsReported)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("card.png"));
+    QByteArray png = Image::fromPixels(noisePicture({800, 600})).pngData().value();
+    png[png.size() / 2] = static_cast<char>(~png[png.size() / 2]);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(png) == png.size());
+    file.close();
+    const Image broken = Image::fromPngFile(path);
+    ASSERT_FALSE(broken.isNull()) << "too long to be read when the program starts";
+
+    bool isReported = false;
+    DraggableImageView picture(broken, {.onUnreadable = [&] { isReported = true; }}, panels, nullptr);
+    picture.resize(200, 150);
+    picture.grab();
+    EXPECT_TRUE(waitFor([&] { return isReported; }));
+}
+
+TEST_F(PreviewViewTest, aPictureWhoseFileGoesWhileItIsShownStays)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("card.png"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(Image::fromPixels(plainPicture({800, 600}, Qt::red)).pngData().value());
+    file.close();
+    bool isReported = false;
+    DraggableImageView picture(Image::fromPngFile(path), {.onUnreadable = [&] { isReported = true; }}, panels, nullptr);
+    picture.resize(200, 150);
+    const auto middle = [&] { return picture.grab().toImage().pixelColor(100, 75); };
+    ASSERT_TRUE(waitFor([&] { return middle() == Qt::red; }));
+    ASSERT_TRUE(QFile::resize(path, 10));
+    picture.resize(400, 300);
+    picture.grab();
+    backgroundPool().waitForDone();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(isReported);
+    EXPECT_EQ(picture.grab().toImage().pixelColor(200, 150), Qt::red);
 }
 
 } // namespace

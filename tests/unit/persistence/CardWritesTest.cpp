@@ -100,5 +100,25 @@ TEST_F(CardWritesTest, namesNoFilesForIdsThatCanHaveNone)
     EXPECT_EQ(writes.manifest().value().size(), 2);
 }
 
+TEST(CardWritesThumbnails, areThoseOfTheImageThatIsSaved)
+{
+    const QString name = QStringLiteral("A.png");
+    const Image before = Image::withoutRepresentation({1, 1});
+    const Image edited = Image::withoutRepresentation({2, 2});
+    CardWrites writes;
+    writes.keepThumbnail(name, before);
+    EXPECT_EQ(writes.thumbnails().value(name), before);
+    writes.save(name, edited);
+    EXPECT_TRUE(writes.thumbnails().isEmpty());
+    writes.keepThumbnail(name, before);
+    EXPECT_TRUE(writes.thumbnails().isEmpty());
+    writes.keepThumbnail(name, edited);
+    EXPECT_EQ(writes.thumbnails().value(name), edited);
+    writes.remove(name);
+    EXPECT_TRUE(writes.thumbnails().isEmpty());
+    writes.keepThumbnail(name, edited);
+    EXPECT_TRUE(writes.thumbnails().isEmpty());
+}
+
 } // namespace
 } // namespace lumenfold

@@ -15,7 +15,7 @@ PersistenceTest::PersistenceTest()
 void PersistenceTest::reopen()
 {
     store.reset();
-    store = std::make_unique<CardPersistence>(cardFolder);
+    store = std::make_unique<CardPersistence>(cardFolder, thumbnailFolder);
 }
 
 bool PersistenceTest::exists(const QString &name) const

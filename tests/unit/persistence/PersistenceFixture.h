@@ -36,6 +36,8 @@ protected:
 
     QTemporaryDir outside;
     const QString cardFolder = outside.filePath(QStringLiteral("data/LumenFold/cards"));
+    /// Not there yet either.
+    const QString thumbnailFolder = outside.filePath(QStringLiteral("cache/LumenFold/card-thumbnails"));
     std::unique_ptr<CardPersistence> store;
 };
 
