@@ -4,6 +4,7 @@
 #include "cards/CardWrites.h"
 #include "cards/PersistedCardCoding.h"
 #include "platform/image/PngFile.h"
+
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>

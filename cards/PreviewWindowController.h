@@ -132,7 +132,7 @@ public:
 private:
     [[nodiscard]] bool isShown(const CardPointer &card) const;
 
-    /// Cards that follow each other in the order and are still to be made again, and where they belong.
+    /// Cards of one kind that follow each other in the order and are still to be made again, and where they belong.
     struct Restoring {
         /// The oldest first, which is made next. Those without an image have it in the store.
         UndoStack::Group remaining;
@@ -160,6 +160,8 @@ private:
     /// Fills in images that are in the store; false when there is none.
     [[nodiscard]] bool load(DismissedCard &card) const;
     [[nodiscard]] CardPointer makeAgain(const DismissedCard &card);
+    /// Pinned cards first: they are seen.
+    [[nodiscard]] std::vector<Restoring>::iterator nextRun();
     std::vector<CardPointer> makeOldestAgain(std::size_t count);
     void placeMadeAgain(const std::vector<CardPointer> &made);
     void restoreSome();
@@ -207,6 +209,7 @@ private:
     std::vector<CardPointer> m_cards;
     /// In the order of the cards.
     std::vector<Restoring> m_restoring;
+    bool m_haveUnseenWaited = false;
     /// The list on disk may name cards that cannot be read; it is written again when that is known of all.
     bool m_isListToBeWritten = false;
     std::shared_ptr<ScheduledWork> m_nextRestored;

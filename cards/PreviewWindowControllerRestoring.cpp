@@ -22,7 +22,9 @@ using namespace std::chrono_literals;
 /// Making one card's panel takes a millisecond or two.
 constexpr std::size_t restoredPerTurn = 4;
 /// Between two turns, so that the event loop gets to everything else.
-constexpr auto restoringPause = 1ms;
+constexpr auto restoringPause = 5ms;
+/// Cards that nobody sees wait until the others have been painted and have faded in.
+constexpr auto unseenDelay = 300ms;
 
 bool isStackCard(const DismissedCard &card)
 {
@@ -61,6 +63,9 @@ void PreviewWindowController::restore()
     for (; !entries.empty(); entries.pop_back()) {
         DismissedCard card = inStore(entries.back());
         if (!isStackCard(card) || seen.size() >= seenCount) {
+            if (!run.empty() && run.back().variant != card.variant) {
+                endRun();
+            }
             run.push_back(std::move(card));
         } else if (load(card)) {
             endRun();
@@ -143,23 +148,28 @@ PreviewWindowController::CardPointer PreviewWindowController::makeAgain(const Di
                     card.frame);
 }
 
+std::vector<PreviewWindowController::Restoring>::iterator PreviewWindowController::nextRun()
+{
+    const auto pinned =
+        std::ranges::find_if(m_restoring, [](const Restoring &run) { return !isStackCard(run.remaining.front()); });
+    return pinned == m_restoring.end() ? m_restoring.begin() : pinned;
+}
+
 std::vector<PreviewWindowController::CardPointer> PreviewWindowController::makeOldestAgain(std::size_t count)
 {
-    Restoring &restoring = m_restoring.front();
-    UndoStack::Group &remaining = restoring.remaining;
-    const PreviewCardVariant variant = remaining.front().variant;
+    const auto run = nextRun();
+    UndoStack::Group &remaining = run->remaining;
     std::vector<CardPointer> made;
     auto next = remaining.begin();
-    for (; next != remaining.end() && next->variant == variant && count > 0; ++next, --count) {
+    for (; next != remaining.end() && count > 0; ++next, --count) {
         if (load(*next)) {
             made.push_back(makeAgain(*next));
         }
     }
     remaining.erase(remaining.begin(), next);
-    m_cards.insert(std::next(m_cards.begin(), static_cast<std::ptrdiff_t>(restoring.position)), made.begin(),
-                   made.end());
-    for (Restoring &sameOrLater : m_restoring) {
-        sameOrLater.position += made.size();
+    m_cards.insert(std::next(m_cards.begin(), static_cast<std::ptrdiff_t>(run->position)), made.begin(), made.end());
+    for (auto sameOrLater = run; sameOrLater != m_restoring.end(); ++sameOrLater) {
+        sameOrLater->position += made.size();
     }
     return made;
 }
@@ -203,6 +213,7 @@ void PreviewWindowController::scheduleNextRestored()
 {
     forgetEmptyRuns();
     if (m_restoring.empty()) {
+        m_haveUnseenWaited = false;
         if (std::exchange(m_isListToBeWritten, false)) {
             persistManifest();
         }
@@ -211,7 +222,9 @@ void PreviewWindowController::scheduleNextRestored()
     if (m_nextRestored) {
         return;
     }
-    m_nextRestored = m_with.queue.after(restoringPause, [self = QPointer(this)] {
+    const bool isSeen = !isStackCard(nextRun()->remaining.front());
+    const auto pause = isSeen || std::exchange(m_haveUnseenWaited, true) ? restoringPause : unseenDelay;
+    m_nextRestored = m_with.queue.after(pause, [self = QPointer(this)] {
         if (!self) {
             return;
         }
