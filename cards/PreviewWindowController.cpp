@@ -233,6 +233,7 @@ void PreviewWindowController::placeStackCards(const std::vector<CardPointer> &ad
         Card &card = *stack[index];
         const StackTarget &target = targets[index];
         card.model->setDeckBehind(target.isBehind);
+        card.model->setCollapsed(m_isCollapsed && !m_isDeckRevealed);
         card.isCovered = target.isCovered;
         card.isPlaced = !card.isCovered;
         card.layoutFrame = target.frame;
@@ -241,6 +242,10 @@ void PreviewWindowController::placeStackCards(const std::vector<CardPointer> &ad
             card.panel->setAlpha(0);
             m_panels.orderFront(*card.panel);
         }
+    }
+    if (std::ranges::all_of(added, [](const CardPointer &card) { return card->isCovered; })) {
+        // Whoever lies above them stands as before.
+        return;
     }
     layout();
     for (const CardPointer &card : added) {

@@ -123,8 +123,9 @@ TEST_F(DurableWrites, imagesGoWhenTheListOnTheDiskDoesNotNameThem)
     (void)takeCalls();
     store->deleteImage(u"A"_s);
     store->writeManifest({});
-    EXPECT_THAT(takeCalls(), ElementsAre(u"sync .writing.tmp"_s, u"rename manifest.json"_s, u"sync cards"_s,
-                                         u"remove A.png"_s, u"remove A-source.png"_s));
+    const QStringList made = takeCalls();
+    EXPECT_EQ(made.first(3), QStringList({u"sync .writing.tmp"_s, u"rename manifest.json"_s, u"sync cards"_s}));
+    EXPECT_THAT(made.mid(3), ::testing::UnorderedElementsAre(u"remove A.png"_s, u"remove A-source.png"_s));
 }
 
 TEST_F(DurableWrites, thumbnailsAreNotWaitedFor)
