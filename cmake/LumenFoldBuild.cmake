@@ -13,7 +13,7 @@ find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_C_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
     set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
-    if(LUMENFOLD_PRECOMPILE_TESTS)
+    if(LUMENFOLD_PRECOMPILE_HEADERS)
         # As ccache's manual wants it for precompiled headers.
         list(PREPEND CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros)
     endif()
@@ -30,6 +30,8 @@ target_compile_options(lumenfold_options INTERFACE
     -Wno-missing-field-initializers
     $<$<BOOL:${LUMENFOLD_WARNINGS_AS_ERRORS}>:-Werror>)
 target_link_options(lumenfold_options INTERFACE -Wl,--as-needed)
+# No path of the machine that builds gets into what is built; and a compiler cache knows what another checkout compiled.
+target_compile_options(lumenfold_options INTERFACE "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     # QCoro's headers for Clang 14 want the experimental coroutine namespace; GCC is what ships.
     target_compile_options(lumenfold_options INTERFACE -Wno-unknown-warning-option)
@@ -40,12 +42,28 @@ if(LUMENFOLD_SANITIZE)
     target_link_options(lumenfold_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# lumenfold_precompile(<target> PUBLIC|PRIVATE <header>): compiles the header once for all sources of the target, where
+# that is wanted; PUBLIC for a target whose result others reuse. The release build does without, so each source still has
+# to name what it uses.
+function(lumenfold_precompile target scope header)
+    if(LUMENFOLD_PRECOMPILE_HEADERS)
+        target_precompile_headers(${target} PRIVATE ${header})
+        # Without it ccache cannot tell what is in the precompiled header and compiles every time.
+        target_compile_options(${target} ${scope} $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+    endif()
+endfunction()
+
 # lumenfold_module(<target> [SOURCES file...] [LINKS target...]): a folder's static library. LINKS are the only arrows
 # that go out of it.
 function(lumenfold_module target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
     add_library(${target} STATIC ${arg_SOURCES})
     target_link_libraries(${target} PUBLIC lumenfold_options ${arg_LINKS})
+    # A precompiled header costs what half a dozen sources save by it.
+    list(LENGTH arg_SOURCES length)
+    if(length GREATER 20)
+        lumenfold_precompile(${target} PRIVATE "${CMAKE_SOURCE_DIR}/cmake/SharedHeaders.h")
+    endif()
 endfunction()
 
 # lumenfold_test(<target> RING unit|components|desktop [TIMEOUT seconds] [ALONE] [SCALES number...] [SOURCES file...]
@@ -60,7 +78,7 @@ function(lumenfold_test target)
     endif()
     add_executable(${target} ${arg_SOURCES})
     target_link_libraries(${target} PRIVATE lumenfold_options lumenfold_test_support GTest::gmock ${arg_LINKS})
-    if(LUMENFOLD_PRECOMPILE_TESTS)
+    if(LUMENFOLD_PRECOMPILE_HEADERS)
         target_precompile_headers(${target} REUSE_FROM lumenfold_test_support)
     endif()
     set(tests ${target})
