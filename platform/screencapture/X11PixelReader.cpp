@@ -126,7 +126,10 @@ PixelLayout rootPixelLayout(const X11Connection &connection)
 }
 
 X11PixelReader::X11PixelReader(X11Connection &connection)
-    : m_connection(connection), m_layout(rootPixelLayout(connection)), m_usesSharedMemory(canShareMemory(connection))
+    : m_connection(connection)
+    , m_layout(rootPixelLayout(connection))
+    , m_prepared(connection)
+    , m_usesSharedMemory(canShareMemory(connection))
 {
 }
 
@@ -135,10 +138,10 @@ std::size_t X11PixelReader::sharedBytes(QSize size) const
     return static_cast<std::size_t>(m_layout.bytesPerLine(size.width()) * size.height());
 }
 
-void X11PixelReader::prepare(QSize size)
+void X11PixelReader::prepare(QRect part)
 {
-    if (m_usesSharedMemory && m_layout.format != QImage::Format_Invalid && !size.isEmpty()) {
-        m_prepared.prepare(sharedBytes(size));
+    if (m_usesSharedMemory && m_layout.format != QImage::Format_Invalid && !part.isEmpty()) {
+        m_prepared.prepare(m_connection.root(), part, m_layout.bytesPerLine(part.width()));
     }
 }
 
@@ -162,26 +165,17 @@ QCoro::Task<X11PixelReader::Result> X11PixelReader::read(xcb_drawable_t drawable
 
 QCoro::Task<X11PixelReader::Result> X11PixelReader::readShared(X11Connection &connection, PixelLayout layout,
                                                                xcb_drawable_t drawable, QRect part,
-                                                               std::unique_ptr<SharedPixels> memory)
+                                                               std::unique_ptr<AttachedPixels> memory)
 {
     const qsizetype bytesPerLine = layout.bytesPerLine(part.width());
     if (!memory) {
         co_return tl::unexpected(outOfMemory());
     }
-    xcb_connection_t *xcb = connection.xcb();
-    const xcb_shm_seg_t segment = xcb_generate_id(xcb);
-    constexpr std::uint8_t writable = 0;
-    xcb_shm_attach_fd(xcb, segment, memory->takeDescriptor(), writable);
-    const auto written =
-        xcb_shm_get_image(xcb, drawable, static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
-                          static_cast<std::uint16_t>(part.width()), static_cast<std::uint16_t>(part.height()),
-                          allPlanes, XCB_IMAGE_FORMAT_Z_PIXMAP, segment, 0);
-    xcb_shm_detach(xcb, segment);
-    const auto answer = co_await connection.replyLater<xcb_shm_get_image_reply_t>(written.sequence);
+    const auto answer = co_await connection.replyLater<xcb_shm_get_image_reply_t>(memory->write(drawable, part, 0));
     if (!answer) {
         co_return tl::unexpected(answer.error());
     }
-    co_return co_await asRgb32(SharedPixels::intoImage(std::move(memory), part.size(), bytesPerLine, layout.format));
+    co_return co_await asRgb32(AttachedPixels::intoImage(std::move(memory), part.size(), bytesPerLine, layout.format));
 }
 
 QCoro::Task<X11PixelReader::Result> X11PixelReader::readBands(X11Connection &connection, PixelLayout layout,

@@ -40,8 +40,8 @@ public:
     /// Asks the server what it can do; waits for the answer.
     explicit X11PixelReader(x11::X11Connection &connection);
 
-    /// A part of this size is going to be read within a moment.
-    void prepare(QSize size);
+    /// A part of the root window, or one of this size of something else, is going to be read within a moment.
+    void prepare(QRect part);
 
     /// `part` must lie within the drawable. The picture's format is RGB32, its unused bytes as the server left them.
     /// Only `connection` is used after this returns, so the reader may go away meanwhile.
@@ -54,7 +54,7 @@ public:
 private:
     [[nodiscard]] std::size_t sharedBytes(QSize size) const;
     static QCoro::Task<Result> readShared(x11::X11Connection &connection, PixelLayout layout, xcb_drawable_t drawable,
-                                          QRect part, std::unique_ptr<SharedPixels> memory);
+                                          QRect part, std::unique_ptr<AttachedPixels> memory);
     static QCoro::Task<Result> readBands(x11::X11Connection &connection, PixelLayout layout, xcb_drawable_t drawable,
                                          QRect part);
 

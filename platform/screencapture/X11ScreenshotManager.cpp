@@ -120,7 +120,7 @@ void X11ScreenshotManager::avoidSharedMemory()
 void X11ScreenshotManager::expectCapture(DisplayID display)
 {
     if (const ScreenSpace::PlacedScreen *screen = m_state->screens.space().screen(display)) {
-        m_state->reader.prepare(screen->native.size());
+        m_state->reader.prepare(screen->native);
     }
 }
 

@@ -4,12 +4,21 @@
 #include "tests/support/desktop/DesktopTest.h"
 #include "tests/support/desktop/Pictures.h"
 #include "tests/support/desktop/TestWindow.h"
+#include "tests/support/desktop/Wait.h"
 
 #include <QCursor>
+#include <QFile>
 #include <QThreadPool>
 
 namespace lumenfold::test {
 namespace {
+
+/// How many pictures' memory the server has in its hands.
+qsizetype picturesMappedBy(const XServer &server)
+{
+    QFile maps(QStringLiteral("/proc/%1/maps").arg(server.pid()));
+    return maps.open(QIODevice::ReadOnly) ? maps.readAll().count("LumenFold picture") : -1;
+}
 
 /// One window of another program with a known picture, over all of the screen.
 class PictureTest : public CaptureTest {
@@ -48,6 +57,37 @@ TEST_F(PictureTest, MayBeAnotherThanWasExpected)
     // Nobody waits for what is being prepared.
     manager().expectCapture(screens().main()->displayID);
     EXPECT_TRUE(samePicture(takeMain(), known));
+}
+
+TEST_F(PictureTest, ShowsTheMomentOfTheCaptureAlsoWhenTheServerWasMadeReadyBefore)
+{
+    manager().expectCapture(screens().main()->displayID);
+    ASSERT_TRUE(waitFor([] { return picturesMappedBy(server()) == 1; }));
+    const QImage other = known.mirrored();
+    const TestWindow above{server(), {.frame = QRect(QPoint(0, 0), server().size()), .picture = other}};
+    EXPECT_TRUE(samePicture(takeMain(), other));
+    EXPECT_TRUE(waitFor([] { return picturesMappedBy(server()) == 0; })) << "the server keeps nothing";
+}
+
+TEST_F(PictureTest, LeavesTheServerNothingThatNobodyTook)
+{
+    manager().expectCapture(screens().main()->displayID);
+    ASSERT_TRUE(waitFor([] { return picturesMappedBy(server()) == 1; }));
+    EXPECT_TRUE(waitFor([] { return picturesMappedBy(server()) == 0; }));
+    // Of another size than what was prepared: that is given back at once.
+    manager().expectCapture(screens().main()->displayID);
+    ASSERT_TRUE(waitFor([] { return picturesMappedBy(server()) == 1; }));
+    const QRect part(11, 7, 1003, 591);
+    EXPECT_TRUE(samePicture(takePartOfMain(part), known.copy(part)));
+    EXPECT_TRUE(waitFor([] { return picturesMappedBy(server()) == 0; }));
+}
+
+TEST_F(PictureTest, MayBeExpectedByAProgramThatEnds)
+{
+    manager().expectCapture(screens().main()->displayID);
+    ASSERT_TRUE(waitFor([] { return picturesMappedBy(server()) == 1; }));
+    destroyManager();
+    EXPECT_TRUE(waitFor([] { return picturesMappedBy(server()) == 0; }));
 }
 
 TEST_F(PictureTest, IsTheSameWithoutSharedMemory)

@@ -94,6 +94,11 @@ XServer::XServer(const XServerOptions &options)
 
 XServer::~XServer() = default;
 
+pid_t XServer::pid() const
+{
+    return m_process->pid();
+}
+
 QSize XServer::size() const
 {
     return m_connection->frameOf(m_connection->root()).size();

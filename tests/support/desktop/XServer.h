@@ -43,6 +43,7 @@ public:
     /// For example ":7".
     [[nodiscard]] QByteArray display() const { return m_display; }
     [[nodiscard]] QSize size() const;
+    [[nodiscard]] pid_t pid() const;
     /// The test's own connection, which nothing else uses.
     [[nodiscard]] XConnection &connection() const { return *m_connection; }
     /// The test's environment with this server as its display, and without the user's own session. There is no session
