@@ -2,33 +2,15 @@
 
 #include "app/actions/SavedScreenshotName.h"
 #include "app/configuration/AppConfig.h"
+#include "platform/files/UserFile.h"
 #include "platform/pasteboard/Pasteboard.h"
 
 #include <QDebug>
 #include <QDir>
-#include <QSaveFile>
 
 #include <utility>
 
 namespace lumenfold {
-namespace {
-
-/// A disk that fills up takes the first part of the bytes without complaint; only the attempt to write the rest tells
-/// the reason.
-bool writeAll(QSaveFile &file, const QByteArray &bytes)
-{
-    qint64 written = 0;
-    while (written < bytes.size()) {
-        const qint64 count = file.write(bytes.constData() + written, bytes.size() - written);
-        if (count < 0) {
-            return false;
-        }
-        written += count;
-    }
-    return true;
-}
-
-} // namespace
 
 ActionHandler::ActionHandler(Pasteboard &pasteboard, const AppConfig &config, Clock now)
     : m_pasteboard(pasteboard), m_config(config), m_now(std::move(now))
@@ -54,9 +36,8 @@ std::optional<QString> ActionHandler::saveToDisk(const Image &image) const
         return std::nullopt;
     }
     const QString path = QDir(m_config.saveDirectory()).filePath(savedScreenshotName(m_now()));
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, *png) || !file.commit()) {
-        qWarning().noquote().nospace() << "LumenFold save error: " << file.errorString();
+    if (const auto written = writeUserFile(path, *png); !written) {
+        qWarning().noquote().nospace() << "LumenFold save error: " << written.error();
         return std::nullopt;
     }
     return path;
