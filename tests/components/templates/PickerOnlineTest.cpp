@@ -32,11 +32,15 @@ protected:
     FakeSecretStore m_keyring;
     KeychainHelper m_keychain{m_keyring};
     FakeMainQueue m_queue;
-    AuthService m_account{
-        {.keychain = m_keychain, .defaults = defaults, .notifications = notifications, .queue = m_queue}};
     FakeScreens m_screens;
     FakeFileManager m_files;
     AppConfig m_config{defaults, m_screens, m_files};
+    AuthService m_account{{.http = client,
+                           .config = m_config,
+                           .keychain = m_keychain,
+                           .defaults = defaults,
+                           .notifications = notifications,
+                           .queue = m_queue}};
     FakeWorkspace m_workspace;
     HttpLumenfoldService m_online{
         {.http = client, .auth = m_account, .config = m_config, .workspace = m_workspace, .templates = store}};
