@@ -66,6 +66,13 @@ function(lumenfold_module target)
     endif()
 endfunction()
 
+# lumenfold_test_properties(<ring> <timeout> <test>...): what all tests have, also those that run a program once more.
+# Whoever wants a session bus starts one: none of the user's is met, and where there is none none is launched.
+function(lumenfold_test_properties ring timeout)
+    set_tests_properties(${ARGN} PROPERTIES
+        LABELS ${ring} TIMEOUT ${timeout} ENVIRONMENT DBUS_SESSION_BUS_ADDRESS=disabled:)
+endfunction()
+
 # lumenfold_test(<target> RING unit|components|desktop [TIMEOUT seconds] [ALONE] [SCALES number...] [SOURCES file...]
 # [LINKS target...]): one test program, found by CTest under the label of its ring and built by the target
 # `tests_<ring>`. Tests that need a display start their own. ALONE is for what measures time and must not share the
@@ -91,9 +98,7 @@ function(lumenfold_test target)
     else()
         add_test(NAME ${target} COMMAND ${target})
     endif()
-    # Whoever wants a session bus starts one: none of the user's is met, and where there is none none is launched.
-    set_tests_properties(${tests} PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT}
-        ENVIRONMENT DBUS_SESSION_BUS_ADDRESS=disabled:)
+    lumenfold_test_properties(${arg_RING} ${arg_TIMEOUT} ${tests})
     if(arg_ALONE)
         set_tests_properties(${tests} PROPERTIES RUN_SERIAL TRUE)
     endif()
