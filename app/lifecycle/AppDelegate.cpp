@@ -61,6 +61,7 @@ QCoro::Task<> AppDelegate::requestScreenCaptureAccess()
 
 void AppDelegate::buildLongLivedObjects()
 {
+    m_with.startUpdater();
     captureCoordinator = m_with.makeCaptureCoordinator();
     hotkeyManager = m_with.makeHotkeyManager();
 

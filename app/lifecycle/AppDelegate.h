@@ -39,6 +39,7 @@ public:
         AuthService &auth;
         ApiKeySetupWindow &apiKeySetup;
         /// Each is called once, in its turn of the start-up.
+        std::function<void()> startUpdater;
         std::function<std::unique_ptr<CaptureCoordinator>()> makeCaptureCoordinator;
         std::function<std::unique_ptr<HotkeyManager>()> makeHotkeyManager;
         /// What the user calls the program; see productName().

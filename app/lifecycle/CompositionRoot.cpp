@@ -4,6 +4,7 @@
 #include "app/configuration/AppConfig.h"
 #include "app/lifecycle/AppDelegate.h"
 #include "app/lifecycle/ScreenRecordingAlert.h"
+#include "app/updates/UpdaterController.h"
 #include "capture/CaptureCoordinator.h"
 #include "capture/areaselection/AreaSelectionController.h"
 #include "cards/CardPersistence.h"
@@ -59,6 +60,7 @@ struct CompositionRoot::Parts {
         TemplateStore::setShared(&templates);
     }
 
+    void startUpdater();
     std::unique_ptr<CaptureCoordinator> makeCaptureCoordinator();
 
     std::unique_ptr<PlatformServices> platform;
@@ -114,6 +116,9 @@ struct CompositionRoot::Parts {
         QDir(files.applicationSupportDirectory().value_or(QDir::tempPath())).filePath(CardPersistence::relativePath),
         thumbnailFolder(files)};
 
+    /// Made in its turn of the start-up.
+    std::unique_ptr<UpdaterController> updater;
+
     AppDelegate delegate{{
         .workspace = workspace,
         .permissions = platform->permissions(),
@@ -122,12 +127,19 @@ struct CompositionRoot::Parts {
         .shortcuts = shortcuts,
         .auth = auth,
         .apiKeySetup = apiKeySetup,
+        .startUpdater = [this] { startUpdater(); },
         .makeCaptureCoordinator = [this] { return makeCaptureCoordinator(); },
         .makeHotkeyManager =
             [this] { return std::make_unique<HotkeyManager>(platform->keyEventTaps(), platform->hotKeys(), queue); },
         .productName = productName(QGuiApplication::applicationDisplayName(), QCoreApplication::applicationName()),
     }};
 };
+
+void CompositionRoot::Parts::startUpdater()
+{
+    updater = std::make_unique<UpdaterController>(notifications, [](UpdaterDelegate &) { return nullptr; });
+    UpdaterController::setShared(updater.get());
+}
 
 std::unique_ptr<CaptureCoordinator> CompositionRoot::Parts::makeCaptureCoordinator()
 {
@@ -170,6 +182,7 @@ CompositionRoot::CompositionRoot(std::unique_ptr<PlatformServices> services)
 
 CompositionRoot::~CompositionRoot()
 {
+    UpdaterController::setShared(nullptr);
     TemplateStore::setShared(nullptr);
     ApiKeySetupWindowController::setShared(nullptr);
     AuthService::setShared(nullptr);

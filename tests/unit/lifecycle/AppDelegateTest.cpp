@@ -198,6 +198,7 @@ protected:
         .shortcuts = shortcuts,
         .auth = auth,
         .apiKeySetup = apiKeySetup,
+        .startUpdater = [this] { journal.append(QStringLiteral("start updater")); },
         .makeCaptureCoordinator = [this] { return makeCoordinator(); },
         .makeHotkeyManager = [this] { return makeHotkeyManager(); },
         .productName = QStringLiteral("LumenFold"),
@@ -208,8 +209,8 @@ TEST_F(AppDelegateTest, WithThePermissionThereIsNoAlertNoRequestAndNoSettingsPan
 {
     launch();
     EXPECT_EQ(journal, QStringList({QStringLiteral("setActivationPolicy 1"), QStringLiteral("preflight"),
-                                    QStringLiteral("make coordinator"), QStringLiteral("make hotkey manager"),
-                                    QStringLiteral("restore cards")}));
+                                    QStringLiteral("start updater"), QStringLiteral("make coordinator"),
+                                    QStringLiteral("make hotkey manager"), QStringLiteral("restore cards")}));
     EXPECT_EQ(permissions.requests, 0);
     EXPECT_TRUE(alerts.shown.isEmpty());
     EXPECT_TRUE(workspace.openedAddresses.isEmpty());
