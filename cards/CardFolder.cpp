@@ -93,7 +93,7 @@ QSet<QString> CardFolder::saveImages(const CardWrites &writes, const std::functi
 
 bool CardFolder::write(const QString &name, QByteArrayView bytes, Sync when) const
 {
-    return replaceFile(pathOf(name), pathOf(scratchFileName), bytes, when);
+    return replaceFile(pathOf(name), pathOf(scratchFileName), bytes, when).has_value();
 }
 
 void CardFolder::removeImagesExcept(const QSet<QString> &names) const

@@ -31,12 +31,12 @@ void ActionHandler::copyToClipboard(const Image &image) const
 
 std::optional<QString> ActionHandler::saveToDisk(const Image &image) const
 {
-    const std::optional<QByteArray> png = image.pngData();
-    if (!png) {
+    const std::optional<FileWriter> write = image.pngWriter();
+    if (!write) {
         return std::nullopt;
     }
     const QString path = QDir(m_config.saveDirectory()).filePath(savedScreenshotName(m_now()));
-    if (const auto written = writeUserFile(path, *png); !written) {
+    if (const auto written = writeUserFile(path, *write); !written) {
         qWarning().noquote().nospace() << "LumenFold save error: " << written.error();
         return std::nullopt;
     }

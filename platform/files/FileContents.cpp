@@ -47,29 +47,30 @@ bool sync(int descriptor)
     return ::fdatasync(descriptor) == 0 || (errno != EIO && errno != ENOSPC && errno != EDQUOT);
 }
 
-bool writeNewFile(const QString &path, QByteArrayView bytes, Sync when)
+tl::expected<void, QString> writeNewFile(const QString &path, const FileWriter &write, Sync when, Readers readers)
 {
     QFile file(path);
     // Unbuffered, so that a full disk is noticed here and not when the file is closed.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered,
-                   QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
-        return false;
+    constexpr auto mode = QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered;
+    const bool isOpen =
+        readers == Readers::user ? file.open(mode, QFileDevice::ReadOwner | QFileDevice::WriteOwner) : file.open(mode);
+    if (!isOpen) {
+        return tl::unexpected(file.errorString());
     }
-    while (!bytes.isEmpty()) {
-        const qint64 written = file.write(bytes.data(), bytes.size());
-        if (written <= 0) {
-            return false;
-        }
-        bytes = bytes.sliced(written);
+    if (auto written = write(file); !written) {
+        return written;
     }
-    return when == Sync::later || sync(file.handle());
+    if (when == Sync::first && !sync(file.handle())) {
+        return tl::unexpected(qt_error_string(errno));
+    }
+    return {};
 }
 
-bool rename(const QString &from, const QString &to)
+std::error_code rename(const QString &from, const QString &to)
 {
     std::error_code error;
     std::filesystem::rename(native(from), native(to), error);
-    return !error;
+    return error;
 }
 
 } // namespace
@@ -87,14 +88,38 @@ std::optional<QByteArray> readFile(const QString &path, qint64 maximumBytes)
     return bytes;
 }
 
-bool replaceFile(const QString &path, const QString &scratch, QByteArrayView bytes, Sync when)
+tl::expected<void, QString> writeBytes(QFile &file, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const qint64 written = file.write(bytes.data(), bytes.size());
+        if (written <= 0) {
+            return tl::unexpected(file.errorString());
+        }
+        bytes = bytes.sliced(written);
+    }
+    return {};
+}
+
+tl::expected<void, QString> replaceFile(const QString &path, const QString &scratch, const FileWriter &write, Sync when,
+                                        Readers readers)
 {
     QFile::remove(scratch);
-    if (writeNewFile(scratch, bytes, when) && rename(scratch, path)) {
-        return true;
+    tl::expected<void, QString> result = writeNewFile(scratch, write, when, readers);
+    if (result) {
+        if (const std::error_code error = rename(scratch, path)) {
+            result = tl::unexpected(qt_error_string(error.value()));
+        }
     }
-    QFile::remove(scratch);
-    return false;
+    if (!result) {
+        QFile::remove(scratch);
+    }
+    return result;
+}
+
+tl::expected<void, QString> replaceFile(const QString &path, const QString &scratch, QByteArrayView bytes, Sync when)
+{
+    return replaceFile(
+        path, scratch, [bytes](QFile &file) { return writeBytes(file, bytes); }, when);
 }
 
 bool replaceFileByLink(const QString &path, const QString &scratch, const QString &existing)
@@ -102,7 +127,7 @@ bool replaceFileByLink(const QString &path, const QString &scratch, const QStrin
     QFile::remove(scratch);
     std::error_code error;
     std::filesystem::create_hard_link(native(existing), native(scratch), error);
-    const bool isDone = !error && rename(scratch, path);
+    const bool isDone = !error && !rename(scratch, path);
     // Renaming one name of a file to another name of the same file leaves both.
     QFile::remove(scratch);
     return isDone;

@@ -5,10 +5,14 @@
 #include <QString>
 #include <QStringList>
 
+#include <tl/expected.hpp>
+
 #include <functional>
 #include <optional>
 
 /// Whole files that are read and written as one. Any thread; nothing here waits for anything but the disk.
+class QFile;
+
 namespace lumenfold {
 
 /// All bytes of the file, or nothing when it is missing, unreadable, no ordinary file (a pipe would keep whoever opens
@@ -23,12 +27,30 @@ enum class Sync {
     later,
 };
 
-/// Makes `path` a file of these bytes that only the user may read. Whoever looks, also after this process was killed,
-/// finds either what was there before or all of the new bytes. They are written to `scratch` first, a name in the same
-/// folder that is this caller's alone: whatever stands there is replaced, and after a kill part of the bytes may. False
-/// when it cannot be done (no such folder, no room); `path` is then as it was.
-[[nodiscard]] bool replaceFile(const QString &path, const QString &scratch, QByteArrayView bytes,
-                               Sync when = Sync::first);
+/// Who may read a new file.
+enum class Readers {
+    user,
+    /// Whoever may read any other new file of the user.
+    asUsual,
+};
+
+/// Puts contents into a new file that is open and unbuffered. The error says why it cannot, in the system's words.
+using FileWriter = std::function<tl::expected<void, QString>(QFile &)>;
+
+/// Writes all of the bytes where the file stands.
+[[nodiscard]] tl::expected<void, QString> writeBytes(QFile &file, QByteArrayView bytes);
+
+/// Makes `path` a file of what is written. Whoever looks, also after this process was killed,
+/// finds either what was there before or all of the new bytes. They go to `scratch` first, a name in the same
+/// folder that is this caller's alone: whatever stands there is replaced, and after a kill part of the bytes may. When
+/// it cannot be done (no such folder, no room), `path` is as it was and the error says why, in the system's words.
+[[nodiscard]] tl::expected<void, QString> replaceFile(const QString &path, const QString &scratch,
+                                                      const FileWriter &write, Sync when = Sync::first,
+                                                      Readers readers = Readers::user);
+
+/// The same with these bytes.
+[[nodiscard]] tl::expected<void, QString> replaceFile(const QString &path, const QString &scratch, QByteArrayView bytes,
+                                                      Sync when = Sync::first);
 
 /// The same with the contents of `existing`, which gets a second name and takes no more room. False also where the file
 /// system does not know such a thing.

@@ -210,16 +210,30 @@ struct Image::Shared {
         }
     }
 
+    void waitForEncoding()
+    {
+        const QMutexLocker lock(&mutex);
+        while (encoding == Encoding::running) {
+            encodingEnded.wait(&mutex);
+        }
+    }
+
+    [[nodiscard]] PngBytes bytesInMemory()
+    {
+        const QMutexLocker lock(&mutex);
+        return png;
+    }
+
     /// What there is now; does not wait for an encoding.
     [[nodiscard]] PngBytes bytes()
     {
-        {
-            const QMutexLocker lock(&mutex);
-            if (png || !file) {
-                return png;
-            }
+        if (PngBytes inMemory = bytesInMemory()) {
+            return inMemory;
         }
         const QMutexLocker lock(&reading);
+        if (!file) {
+            return std::nullopt;
+        }
         // Another program may have changed it.
         QByteArray read = file->readAll();
         return png::readHeader(read) == pixelSize ? PngBytes(std::move(read)) : std::nullopt;
@@ -336,13 +350,28 @@ PngBytes Image::pngData() const
     if (!m_shared) {
         return std::nullopt;
     }
-    {
-        const QMutexLocker lock(&m_shared->mutex);
-        while (m_shared->encoding == Shared::Encoding::running) {
-            m_shared->encodingEnded.wait(&m_shared->mutex);
-        }
-    }
+    m_shared->waitForEncoding();
     return m_shared->bytes();
+}
+
+std::optional<FileWriter> Image::pngWriter() const
+{
+    if (!m_shared) {
+        return std::nullopt;
+    }
+    m_shared->waitForEncoding();
+    if (const PngBytes inMemory = m_shared->bytesInMemory()) {
+        return [png = *inMemory](QFile &file) { return writeBytes(file, png); };
+    }
+    const QMutexLocker reading(&m_shared->reading);
+    if (!m_shared->file ||
+        png::readHeader(m_shared->file->readFirst(static_cast<qint64>(png::headerBytes))) != m_shared->pixelSize) {
+        return std::nullopt;
+    }
+    return [shared = m_shared](QFile &file) {
+        const QMutexLocker lock(&shared->reading);
+        return shared->file->copyTo(file);
+    };
 }
 
 bool Image::isEncoded() const

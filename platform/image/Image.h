@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/files/FileContents.h"
 #include "platform/geometry/Geometry.h"
 #include "platform/image/ThumbnailKeeper.h"
 
@@ -57,6 +58,9 @@ public:
 
     /// The PNG encoding, or nothing when there is none to be had. Waits for a running encoding.
     [[nodiscard]] std::optional<QByteArray> pngData() const;
+    /// What writes the PNG encoding into a file, or nothing when there is none to be had; the cheapest way there is for
+    /// a picture from a file. Waits for a running encoding, and lives on its own.
+    [[nodiscard]] std::optional<FileWriter> pngWriter() const;
     /// True when pngData() answers without waiting.
     [[nodiscard]] bool isEncoded() const;
     /// Calls `done` on the thread of `context` once the encoding is there (or has failed), never inside this call, and

@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QString>
 
+#include <tl/expected.hpp>
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -29,6 +31,11 @@ public:
     /// The first bytes, as many as there are up to this number.
     [[nodiscard]] QByteArray readFirst(qint64 bytes);
     [[nodiscard]] QByteArray readAll();
+
+    /// Writes all of it there, inside the system where that can be done: the bytes need no memory of this process, and
+    /// where the file system can share them, no other room on the disk. The error says what went wrong, in the system's
+    /// words.
+    [[nodiscard]] tl::expected<void, QString> copyTo(QFile &target);
 
     [[nodiscard]] std::int64_t size() const { return m_identity.size; }
 

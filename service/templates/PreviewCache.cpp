@@ -47,7 +47,7 @@ void PreviewCache::store(const PreviewKey &key, QByteArrayView bytes) const
     }
     QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     const QString path = pathOf(key);
-    (void)replaceFile(path, path + u'.' + QUuid::createUuid().toString(QUuid::Id128), bytes);
+    (void)replaceFile(path, path + u'.' + QUuid::createUuid().toString(QUuid::Id128), bytes, Sync::later);
     trim();
 }
 

@@ -76,6 +76,16 @@ Image encodedImage(const QImage &pixels)
     return image;
 }
 
+/// The same picture as a card of an earlier run has it.
+Image storedImage(const Image &image, const QString &path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    EXPECT_GT(file.write(image.pngData().value()), 0);
+    file.close();
+    return Image::fromPngFile(path);
+}
+
 /// A picture with pixels that no PNG of ours may hold: a side is too long.
 Image imageThatCannotBeEncoded()
 {
@@ -110,6 +120,21 @@ protected:
         EXPECT_THAT(lines.first().toStdString(), ::testing::MatchesRegex("LumenFold save error: .+"));
         EXPECT_FALSE(lines.first().contains(QStringLiteral("Unknown error")));
         test::expectLogLine(lines.first());
+    }
+
+    void expectFullDiskToKeepTheEarlierFile(const Image &image)
+    {
+        ASSERT_TRUE(m_actions.saveToDisk(encodedImage(filledPixels(Qt::red))));
+        std::optional<QString> path;
+        {
+            const FileSizeLimit limit(1000);
+            path = m_actions.saveToDisk(image);
+        }
+
+        EXPECT_FALSE(path);
+        expectOneSaveError();
+        EXPECT_EQ(savedFiles().size(), 1);
+        EXPECT_EQ(QImage(savedFile(savedFiles().first())), filledPixels(Qt::red));
     }
 
     QTemporaryDir m_folder;
@@ -249,18 +274,33 @@ TEST_F(ActionHandlerTest, saveIntoAFolderThatTakesNoFilesIsLogged)
 
 TEST_F(ActionHandlerTest, saveOntoAFullDiskIsLoggedAndKeepsTheEarlierFile)
 {
-    ASSERT_TRUE(m_actions.saveToDisk(encodedImage(filledPixels(Qt::red))));
-    const Image image = encodedImage(noisePixels({100, 100}));
-    std::optional<QString> path;
-    {
-        const FileSizeLimit limit(1000);
-        path = m_actions.saveToDisk(image);
-    }
+    expectFullDiskToKeepTheEarlierFile(encodedImage(noisePixels({100, 100})));
+}
 
-    EXPECT_FALSE(path);
-    expectOneSaveError();
+TEST_F(ActionHandlerTest, saveOfAStoredCardOntoAFullDiskIsTheSame)
+{
+    const QTemporaryDir cards;
+    expectFullDiskToKeepTheEarlierFile(
+        storedImage(encodedImage(noisePixels({100, 100})), cards.filePath(QStringLiteral("card.png"))));
+}
+
+TEST_F(ActionHandlerTest, saveOfACardThatStandsInAFileWritesItsBytes)
+{
+    const QTemporaryDir cards;
+    const QString cardPath = cards.filePath(QStringLiteral("card.png"));
+    const Image image = storedImage(encodedImage(filledPixels(Qt::green)), cardPath);
+
+    const std::optional<QString> path = m_actions.saveToDisk(image);
+
+    ASSERT_TRUE(path);
+    EXPECT_EQ(QImage(*path), filledPixels(Qt::green));
+    // A file of its own: what somebody does with it changes no card.
+    ASSERT_TRUE(QFile::resize(*path, 0));
+    EXPECT_EQ(QImage(cardPath), filledPixels(Qt::green));
+
+    ASSERT_TRUE(QFile::resize(cardPath, 0));
+    EXPECT_FALSE(m_actions.saveToDisk(image));
     EXPECT_EQ(savedFiles().size(), 1);
-    EXPECT_EQ(QImage(savedFile(savedFiles().first())), filledPixels(Qt::red));
 }
 
 TEST_F(ActionHandlerTest, saveOfAnImageWithoutPngIsSilent)

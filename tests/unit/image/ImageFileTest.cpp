@@ -9,7 +9,10 @@
 #include <gmock/gmock.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <array>
+#include <thread>
 #include <vector>
 
 namespace lumenfold {
@@ -26,6 +29,28 @@ protected:
     }
 
     QString writePicture(const QString &name = QStringLiteral("picture.png")) { return write(name, m_png); }
+
+    /// The bytes of a new file at `path` into which the picture was written, or its error.
+    static QByteArray written(const Image &image, const QString &path)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadWrite | QIODevice::Truncate | QIODevice::Unbuffered));
+        const std::optional<FileWriter> write = image.pngWriter();
+        if (!write) {
+            return "nothing to write";
+        }
+        const auto result = (*write)(file);
+        if (!result) {
+            EXPECT_FALSE(result.error().isEmpty());
+            return "error";
+        }
+        EXPECT_TRUE(file.seek(0));
+        return file.readAll();
+    }
+    [[nodiscard]] QByteArray written(const Image &image) const
+    {
+        return written(image, m_folder.filePath(QStringLiteral("written.png")));
+    }
 
     QTemporaryDir m_folder;
     const QImage m_pixels = test::gradientPicture({40, 30});
@@ -106,6 +131,55 @@ TEST_F(ImageFile, canBeLetGoWhenItsBytesAreKept)
     // Another file of that name is not taken for it.
     writePicture();
     EXPECT_FALSE(lost.pngData());
+}
+
+TEST_F(ImageFile, isWrittenToAnotherFile)
+{
+    const Image stored = Image::fromPngFile(writePicture());
+    EXPECT_EQ(written(stored), m_png);
+    EXPECT_EQ(written(stored), m_png);
+    EXPECT_EQ(stored.pngData(), m_png);
+    EXPECT_EQ(written(Image::fromPixels(m_pixels)), m_png);
+    EXPECT_EQ(written(Image::fromPng(m_png)), m_png);
+    EXPECT_EQ(written(Image()), "nothing to write");
+    EXPECT_EQ(written(Image::withoutRepresentation({1, 1})), "nothing to write");
+}
+
+TEST_F(ImageFile, isWrittenToAFileThatTheSystemCannotCopyTo)
+{
+    // The kernel copies between ordinary files only; a device takes what is written.
+    const QByteArray large = Image::fromPixels(test::noisePicture({800, 600})).pngData().value();
+    const Image image = Image::fromPngFile(write(QStringLiteral("large.png"), large));
+    QFile pipe;
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    ASSERT_TRUE(pipe.open(ends[1], QIODevice::WriteOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle));
+    QByteArray received;
+    std::thread reader([&received, from = ends[0]] {
+        QFile end;
+        EXPECT_TRUE(end.open(from, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+        received = end.readAll();
+    });
+    const std::optional<FileWriter> write = image.pngWriter();
+    EXPECT_TRUE(write && (*write)(pipe));
+    pipe.close();
+    reader.join();
+    EXPECT_EQ(received, large);
+}
+
+TEST_F(ImageFile, isNotWrittenWhenItIsNotThereAnyMore)
+{
+    const QString path = writePicture();
+    const Image image = Image::fromPngFile(path);
+    const std::optional<FileWriter> write = image.pngWriter();
+    ASSERT_TRUE(write);
+    ASSERT_TRUE(QFile::resize(path, 100));
+    EXPECT_EQ(written(image), "error");
+    ASSERT_TRUE(QFile::resize(path, 0));
+    EXPECT_EQ(written(image), "nothing to write");
+    QFile target(m_folder.filePath(QStringLiteral("late.png")));
+    ASSERT_TRUE(target.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    EXPECT_FALSE((*write)(target));
 }
 
 TEST_F(ImageFile, thatIsCutOffIsNoPicture)

@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 class FileContents : public ::testing::Test {
 protected:
     [[nodiscard]] QString path(const char *name) const { return m_folder.filePath(QString::fromLatin1(name)); }
-    bool replace(const QByteArray &bytes) { return replaceFile(path("file"), path("scratch"), bytes); }
+    bool replace(const QByteArray &bytes) { return replaceFile(path("file"), path("scratch"), bytes).has_value(); }
     [[nodiscard]] QStringList names() const
     {
         return QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);

@@ -24,6 +24,11 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : "unreadable";
     }
 
+    [[nodiscard]] tl::expected<void, QString> write(const QString &name, const QByteArray &bytes) const
+    {
+        return writeUserFile(path(name), [bytes](QFile &file) { return writeBytes(file, bytes); });
+    }
+
 private:
     QTemporaryDir m_folder;
 };
@@ -31,11 +36,11 @@ private:
 TEST_F(UserFileTest, hasItsBytesAndLeavesNothingElse)
 {
     const QByteArray bytes(3'000'000, 'x');
-    EXPECT_TRUE(writeUserFile(path(u"a.png"_s), bytes));
+    EXPECT_TRUE(write(u"a.png"_s, bytes));
     EXPECT_EQ(contents(u"a.png"_s), bytes);
-    EXPECT_TRUE(writeUserFile(path(u"a.png"_s), "new"));
+    EXPECT_TRUE(write(u"a.png"_s, "new"));
     EXPECT_EQ(contents(u"a.png"_s), "new");
-    EXPECT_TRUE(writeUserFile(path(u"nothing.png"_s), {}));
+    EXPECT_TRUE(write(u"nothing.png"_s, {}));
     EXPECT_EQ(contents(u"nothing.png"_s), "");
     EXPECT_EQ(entries(), (QStringList{u"a.png"_s, u"nothing.png"_s}));
 }
@@ -43,7 +48,7 @@ TEST_F(UserFileTest, hasItsBytesAndLeavesNothingElse)
 TEST_F(UserFileTest, aFolderInItsPlaceIsAnErrorAndStays)
 {
     ASSERT_TRUE(QDir().mkpath(path(u"a.png/inside"_s)));
-    const auto result = writeUserFile(path(u"a.png"_s), "bytes");
+    const auto result = write(u"a.png"_s, "bytes");
     ASSERT_FALSE(result);
     EXPECT_FALSE(result.error().isEmpty());
     EXPECT_TRUE(QDir(path(u"a.png/inside"_s)).exists());
@@ -52,7 +57,7 @@ TEST_F(UserFileTest, aFolderInItsPlaceIsAnErrorAndStays)
 
 TEST_F(UserFileTest, aMissingFolderIsAnErrorAndIsNotMade)
 {
-    const auto result = writeUserFile(path(u"nowhere/a.png"_s), "bytes");
+    const auto result = write(u"nowhere/a.png"_s, "bytes");
     ASSERT_FALSE(result);
     EXPECT_FALSE(result.error().isEmpty());
     EXPECT_TRUE(entries().isEmpty());
