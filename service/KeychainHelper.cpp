@@ -10,8 +10,6 @@ KeychainHelper *sharedHelper = nullptr;
 
 } // namespace
 
-const QString KeychainHelper::service = QStringLiteral("org.lumenfold.LumenFold");
-
 KeychainHelper::KeychainHelper(SecretStore &store) : m_store(store) {}
 
 KeychainHelper &KeychainHelper::shared()

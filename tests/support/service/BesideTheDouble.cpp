@@ -1,6 +1,8 @@
-/// In place of the addresses that are built into the program: those of the double of the service, which whoever starts
-/// this program names in its environment. The program that people get knows no such variables.
+/// What the program beside the double of the service has in place of what is built into the other. The addresses are the
+/// double's, which whoever starts this program names in its environment; the program that people get knows no such
+/// variable. The key for the double stands beside the user's own in the keyring.
 #include "app/configuration/BuiltInAddresses.h"
+#include "service/KeychainHelper.h"
 
 #include <QtGlobal>
 
@@ -28,5 +30,7 @@ QUrl builtInWebBaseURL()
 {
     return builtInApiBaseURL();
 }
+
+const QString KeychainHelper::service = QStringLiteral("org.lumenfold.LumenFold.ServiceDouble");
 
 } // namespace lumenfold
