@@ -2,21 +2,12 @@
 /// HTTPS, to a double of the service in a process of its own.
 #include "bench/DesktopPicture.h"
 
-#include "app/configuration/AppConfig.h"
 #include "platform/image/PngEncoder.h"
-#include "platform/notifications/NotificationCenter.h"
-#include "service/AuthService.h"
 #include "service/HttpLumenfoldService.h"
-#include "service/KeychainHelper.h"
-#include "service/http/HttpClient.h"
 #include "tests/support/desktop/Process.h"
 #include "tests/support/desktop/Wait.h"
-#include "tests/support/fakes/FakeFileManager.h"
-#include "tests/support/fakes/FakeMainQueue.h"
-#include "tests/support/fakes/FakeScreens.h"
-#include "tests/support/fakes/FakeSecretStore.h"
+#include "tests/support/fakes/FakeAccount.h"
 #include "tests/support/fakes/FakeService.h"
-#include "tests/support/fakes/FakeUserDefaults.h"
 #include "tests/support/fakes/FakeWorkspace.h"
 #include "tests/support/service/Certificates.h"
 
@@ -141,22 +132,14 @@ QCoro::Task<> upload(HttpLumenfoldService &service, Image image, int &done)
 int run(WatchedApplication &application)
 {
     const OtherProcess online;
-    FakeSecretStore store;
-    store.putFromOutside({.service = KeychainHelper::service, .account = AuthService::keychainKey}, "demo-key");
-    KeychainHelper keychain(store);
-    FakeUserDefaults defaults;
-    defaults.setString(AppConfig::apiBaseOverrideKey, online.address());
-    NotificationCenter notifications;
-    FakeMainQueue queue;
-    AuthService auth({.keychain = keychain, .defaults = defaults, .notifications = notifications, .queue = queue});
-    const FakeScreens screens;
-    const FakeFileManager files;
-    const AppConfig config(defaults, screens, files);
+    FakeAccount account;
+    account.putKey("demo-key");
+    account.useService(QUrl(online.address()));
     FakeWorkspace workspace;
     const FakeTemplateSelection templates;
     HttpClient http({.additionalAuthorities = online.authority()});
     HttpLumenfoldService service(
-        {.http = http, .auth = auth, .config = config, .workspace = workspace, .templates = templates});
+        {.http = http, .auth = account.auth, .config = account.config, .workspace = workspace, .templates = templates});
 
     const QByteArray png = PngEncoder::encodeAndWait(desktopPicture({3840, 2160})).value();
     std::printf("the PNG of a 4K desktop: %.1f MB\n", static_cast<double>(png.size()) / megabyte);

@@ -1,19 +1,10 @@
 #include "tests/gallery/AccountScenes.h"
 
-#include "app/configuration/AppConfig.h"
-#include "platform/notifications/NotificationCenter.h"
-#include "service/AuthService.h"
-#include "service/KeychainHelper.h"
 #include "service/apikey/ApiKeySetupWindowController.h"
 #include "service/apikey/LinkButton.h"
-#include "service/http/HttpClient.h"
 #include "tests/support/desktop/Wait.h"
+#include "tests/support/fakes/FakeAccount.h"
 #include "tests/support/fakes/FakeAppearance.h"
-#include "tests/support/fakes/FakeFileManager.h"
-#include "tests/support/fakes/FakeMainQueue.h"
-#include "tests/support/fakes/FakeScreens.h"
-#include "tests/support/fakes/FakeSecretStore.h"
-#include "tests/support/fakes/FakeUserDefaults.h"
 #include "tests/support/fakes/FakeWorkspace.h"
 #include "tests/support/service/ServiceDouble.h"
 
@@ -52,28 +43,14 @@ QDialog *shownDialog()
 QImage paintDialog(const DialogState &state, ColorScheme scheme)
 {
     ServiceDouble service;
-    FakeSecretStore store;
-    store.setAvailable(state.hasKeyring);
-    KeychainHelper keychain(store);
-    FakeUserDefaults defaults;
-    defaults.setRaw(AppConfig::apiBaseOverrideKey, service.baseURL().toString());
-    NotificationCenter notifications;
-    FakeMainQueue queue;
-    FakeScreens screens;
-    FakeFileManager files;
-    const AppConfig config(defaults, screens, files);
-    HttpClient http;
-    AuthService auth({.http = http,
-                      .config = config,
-                      .keychain = keychain,
-                      .defaults = defaults,
-                      .notifications = notifications,
-                      .queue = queue});
+    FakeAccount account;
+    account.keyring.setAvailable(state.hasKeyring);
+    account.useService(service.baseURL());
     FakeAppearance appearance;
     appearance.setColorScheme(scheme);
     FakeWorkspace workspace;
     ApiKeySetupWindowController controller(
-        {.auth = auth, .config = config, .appearance = appearance, .workspace = workspace});
+        {.auth = account.auth, .config = account.config, .appearance = appearance, .workspace = workspace});
     controller.present();
     QDialog *dialog = shownDialog();
     dialog->findChild<QLineEdit *>()->setText(state.key);

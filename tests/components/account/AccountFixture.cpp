@@ -22,17 +22,11 @@ QCoro::Task<> note(AuthService &auth, QString key, std::optional<std::variant<Lu
 
 } // namespace
 
-AccountFixture::AccountFixture()
-    : store(KeychainHelper::service, makeKeyringOfModule)
-    , auth({.http = http,
-            .config = config,
-            .keychain = keychain,
-            .defaults = defaults,
-            .notifications = notifications,
-            .queue = queue,
-            .patience = 2s})
+AccountSurroundings::AccountSurroundings() : store(KeychainHelper::service, makeKeyringOfModule) {}
+
+AccountFixture::AccountFixture() : AccountParts(store, 2s)
 {
-    defaults.setRaw(AppConfig::apiBaseOverrideKey, service.baseURL().toString());
+    useService(service.baseURL());
     observation =
         notifications.observe(AuthService::authStateChangedNotification, [this](const Notification &) { ++posts; });
     useKeyring({});

@@ -1,16 +1,8 @@
 #pragma once
 
-#include "app/configuration/AppConfig.h"
-#include "platform/notifications/NotificationCenter.h"
 #include "platform/secrets/MirroredSecretStore.h"
-#include "service/AuthService.h"
-#include "service/KeychainHelper.h"
-#include "service/http/HttpClient.h"
 #include "tests/support/desktop/KeyringDaemon.h"
-#include "tests/support/fakes/FakeFileManager.h"
-#include "tests/support/fakes/FakeMainQueue.h"
-#include "tests/support/fakes/FakeScreens.h"
-#include "tests/support/fakes/FakeUserDefaults.h"
+#include "tests/support/fakes/FakeAccount.h"
 #include "tests/support/service/ServiceDouble.h"
 
 #include <gtest/gtest.h>
@@ -21,8 +13,17 @@
 
 namespace lumenfold::test {
 
+/// What the account speaks to, and the program's own way to the keyring. It outlives the account.
+struct AccountSurroundings {
+    AccountSurroundings();
+
+    ServiceDouble service;
+    std::unique_ptr<KeyringDaemon> daemon;
+    MirroredSecretStore store;
+};
+
 /// The account of the program on the double of the service, over HTTP, and on a keyring of its own.
-class AccountFixture : public ::testing::Test {
+class AccountFixture : public ::testing::Test, protected AccountSurroundings, protected AccountParts {
 protected:
     using Endpoint = ServiceDouble::Endpoint;
     using Way = Behaviour::Way;
@@ -38,18 +39,6 @@ protected:
     [[nodiscard]] static QString invalidKey();
     [[nodiscard]] static QString unreachable();
 
-    ServiceDouble service;
-    std::unique_ptr<KeyringDaemon> daemon;
-    MirroredSecretStore store;
-    KeychainHelper keychain{store};
-    FakeUserDefaults defaults;
-    NotificationCenter notifications;
-    FakeMainQueue queue;
-    FakeScreens screens;
-    FakeFileManager files;
-    AppConfig config{defaults, screens, files};
-    HttpClient http;
-    AuthService auth;
     int posts = 0;
     std::unique_ptr<NotificationCenter::Observation> observation;
 };

@@ -22,13 +22,8 @@ QCoro::Task<bool> open(HttpLumenfoldService &service, Image image)
 
 ServiceTest::ServiceTest()
 {
-    storeKey("demo-key");
-    defaults.setString(AppConfig::apiBaseOverrideKey, online.baseURL().toString());
-}
-
-void ServiceTest::storeKey(const QByteArray &key)
-{
-    store.putFromOutside({.service = KeychainHelper::service, .account = AuthService::keychainKey}, key);
+    putKey("demo-key");
+    useService(online.baseURL());
 }
 
 std::shared_ptr<Ending<QUrl>> ServiceTest::beginSave(const Image &image)

@@ -1,19 +1,10 @@
 #pragma once
 
-#include "app/configuration/AppConfig.h"
-#include "platform/notifications/NotificationCenter.h"
-#include "service/AuthService.h"
 #include "service/HttpLumenfoldService.h"
-#include "service/KeychainHelper.h"
 #include "service/ServiceError.h"
-#include "service/http/HttpClient.h"
 #include "tests/support/desktop/Wait.h"
-#include "tests/support/fakes/FakeFileManager.h"
-#include "tests/support/fakes/FakeMainQueue.h"
-#include "tests/support/fakes/FakeScreens.h"
-#include "tests/support/fakes/FakeSecretStore.h"
+#include "tests/support/fakes/FakeAccount.h"
 #include "tests/support/fakes/FakeService.h"
-#include "tests/support/fakes/FakeUserDefaults.h"
 #include "tests/support/fakes/FakeWorkspace.h"
 #include "tests/support/service/ServiceDouble.h"
 
@@ -54,7 +45,7 @@ QCoro::Task<> note(QCoro::Task<Result> task, std::shared_ptr<Ending<Result>> end
 }
 
 /// The service's client with everything around it that decides what it says: the account, the settings, the desktop.
-class ServiceTest : public ::testing::Test {
+class ServiceTest : public ::testing::Test, protected FakeAccount {
 protected:
     using Endpoint = ServiceDouble::Endpoint;
     using Way = Behaviour::Way;
@@ -63,8 +54,6 @@ protected:
 
     /// The user has the double's own key, and the settings lead to the double.
     ServiceTest();
-
-    void storeKey(const QByteArray &key);
 
     [[nodiscard]] std::shared_ptr<Ending<QUrl>> beginSave(const Image &image);
     [[nodiscard]] Ending<QUrl> save(const Image &image);
@@ -76,27 +65,13 @@ protected:
     [[nodiscard]] static Image picture();
 
     ServiceDouble online;
-    FakeSecretStore store;
-    KeychainHelper keychain{store};
-    FakeUserDefaults defaults;
-    NotificationCenter notifications;
-    FakeMainQueue queue;
-    FakeScreens screens;
-    FakeFileManager files;
-    AppConfig config{defaults, screens, files};
-    HttpClient httpOfAccount;
-    AuthService auth{{.http = httpOfAccount,
-                      .config = config,
-                      .keychain = keychain,
-                      .defaults = defaults,
-                      .notifications = notifications,
-                      .queue = queue}};
     FakeWorkspace workspace;
     FakeTemplateSelection templates;
-    std::unique_ptr<HttpClient> http = std::make_unique<HttpClient>();
+    /// The account has one of its own, because this one may go.
+    std::unique_ptr<HttpClient> httpOfService = std::make_unique<HttpClient>();
     std::unique_ptr<HttpLumenfoldService> service =
         std::make_unique<HttpLumenfoldService>(HttpLumenfoldService::Collaborators{
-            .http = *http, .auth = auth, .config = config, .workspace = workspace, .templates = templates});
+            .http = *httpOfService, .auth = auth, .config = config, .workspace = workspace, .templates = templates});
 };
 
 } // namespace lumenfold::test

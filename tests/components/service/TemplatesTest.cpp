@@ -85,7 +85,7 @@ TEST_F(ServiceTemplatesTest, TheListIsDroppedWhenNobodyWaitsForIt)
     note(service->fetchTemplates(), ending);
     waitUntil("the request", [this] { return online.begun(Endpoint::templates) == 1; });
     service.reset();
-    http.reset();
+    httpOfService.reset();
     EXPECT_EQ(ending->transportError.value().kind(), TransportError::Kind::cancelled);
 }
 

@@ -71,7 +71,7 @@ TEST_F(UploadTest, TheAddressOfTheFileHasNoSignature)
 
 TEST_F(UploadTest, WithoutAKeyNothingIsSent)
 {
-    store.removeFromOutside({.service = KeychainHelper::service, .account = AuthService::keychainKey});
+    removeKey();
     const auto ending = save();
     ASSERT_TRUE(ending.serviceError);
     EXPECT_EQ(ending.serviceError->kind(), Kind::notAuthenticated);
@@ -94,7 +94,7 @@ TEST_F(UploadTest, EveryUploadReadsTheAddressesAndTheKeyAnew)
     ServiceDouble other;
     other.change([](ServiceProtocol &protocol) { protocol.apiKey = "another-key"; });
     defaults.setString(AppConfig::apiBaseOverrideKey, other.baseURL().toString());
-    storeKey("another-key");
+    putKey("another-key");
     ASSERT_TRUE(save().result);
     EXPECT_THAT(other.requests(), SizeIs(2));
     EXPECT_THAT(online.requests(), SizeIs(2));
@@ -130,7 +130,7 @@ TEST_F(UploadTest, APageInPlaceOfAnErrorIsCutShort)
 TEST_F(UploadTest, ARefusedKeySignsOut)
 {
     for (const int status : {401, 403}) {
-        storeKey("demo-key");
+        putKey("demo-key");
         ASSERT_TRUE(auth.isSignedIn());
         online.behave(Endpoint::signedUrl, answering(status, "who are you?"));
         const auto ending = save();
@@ -261,7 +261,7 @@ TEST_F(UploadTest, WhenTheProgramEndsUploadsAreCalledOff)
     // The other has just begun: its picture is still being encoded.
     const auto beginning = beginSave(picture());
     service.reset();
-    http.reset();
+    httpOfService.reset();
     EXPECT_EQ(sending->transportError.value().kind(), TransportError::Kind::cancelled);
     EXPECT_EQ(beginning->transportError.value().kind(), TransportError::Kind::cancelled);
 }

@@ -13,7 +13,7 @@ TEST_F(WrongKeysTest, AKeyGoesOutExactlyAsItIsStored)
     online.behave(Endpoint::templates, answering(200, R"({"templates":[]})"));
     for (const QByteArray &key : {QByteArray("  abc"), QByteArray("a \"quoted\" key"), QByteArray("tab\tkey"),
                                   QStringLiteral("ключ 🔑").toUtf8(), QByteArray(10'000, 'k'), QByteArray()}) {
-        storeKey(key);
+        putKey(key);
         EXPECT_TRUE(fetchTemplates().result) << key.left(20).constData();
         EXPECT_EQ(online.requests().last().header("Authorization"), "ApiKey " + key);
     }
@@ -23,7 +23,7 @@ TEST_F(WrongKeysTest, AKeyThatCannotStandInAHeaderIsNotSent)
 {
     for (const QByteArray &key : {QByteArray("abc\r\nX-Injected: yes"), QByteArray("abc\n"), QByteArray("\rabc"),
                                   QByteArray("a\0b", 3), QByteArray("\x1b[2J")}) {
-        storeKey(key);
+        putKey(key);
         EXPECT_EQ(save().serviceError.value().kind(), Kind::notAuthenticated);
         EXPECT_EQ(fetchTemplates().serviceError.value().kind(), Kind::notAuthenticated);
         // It is for the service alone to say that a key is wrong.
@@ -34,16 +34,16 @@ TEST_F(WrongKeysTest, AKeyThatCannotStandInAHeaderIsNotSent)
 
 TEST_F(WrongKeysTest, AServerThatRepeatsTheKeyDoesNotBringItIntoTheText)
 {
-    storeKey("very-secret-key");
+    putKey("very-secret-key");
     online.behave(Endpoint::signedUrl, answering(400, "bad header: ApiKey very-secret-key!"));
     EXPECT_EQ(save().text(), QStringLiteral("Server returned 400: bad header: ApiKey …!"));
 }
 
 TEST_F(WrongKeysTest, ALockedKeyringIsAskedFirst)
 {
-    store.setLocked(true);
+    keyring.setLocked(true);
     EXPECT_TRUE(save().result);
-    EXPECT_THAT(store.operations, ::testing::Contains(QStringLiteral("unlock ") + AuthService::keychainKey));
+    EXPECT_THAT(keyring.operations, ::testing::Contains(QStringLiteral("unlock ") + AuthService::keychainKey));
 }
 
 } // namespace

@@ -1,14 +1,8 @@
 #include "tests/components/templates/PickerWindow.h"
 
-#include "app/configuration/AppConfig.h"
-#include "service/AuthService.h"
 #include "service/HttpLumenfoldService.h"
-#include "service/KeychainHelper.h"
 #include "tests/support/desktop/Wait.h"
-#include "tests/support/fakes/FakeFileManager.h"
-#include "tests/support/fakes/FakeMainQueue.h"
-#include "tests/support/fakes/FakeScreens.h"
-#include "tests/support/fakes/FakeSecretStore.h"
+#include "tests/support/fakes/FakeAccount.h"
 #include "tests/support/fakes/FakeWorkspace.h"
 
 namespace lumenfold::test {
@@ -20,33 +14,22 @@ protected:
     PickerOnlineTest()
     {
         listedBy = &m_online;
-        defaults.setString(AppConfig::apiBaseOverrideKey, server.baseURL().toString());
-        putKey("demo-key");
+        m_account.useService(server.baseURL());
+        m_account.putKey("demo-key");
     }
 
-    void putKey(const QByteArray &key)
-    {
-        m_keyring.putFromOutside({.service = KeychainHelper::service, .account = AuthService::keychainKey}, key);
-    }
-
-    FakeSecretStore m_keyring;
-    KeychainHelper m_keychain{m_keyring};
-    FakeMainQueue m_queue;
-    FakeScreens m_screens;
-    FakeFileManager m_files;
-    AppConfig m_config{defaults, m_screens, m_files};
-    AuthService m_account{{.http = client,
-                           .config = m_config,
-                           .keychain = m_keychain,
-                           .defaults = defaults,
-                           .notifications = notifications,
-                           .queue = m_queue}};
+    FakeAccount m_account;
     FakeWorkspace m_workspace;
-    HttpLumenfoldService m_online{
-        {.http = client, .auth = m_account, .config = m_config, .workspace = m_workspace, .templates = store}};
+    HttpLumenfoldService m_online{{.http = client,
+                                   .auth = m_account.auth,
+                                   .config = m_account.config,
+                                   .workspace = m_workspace,
+                                   .templates = store}};
     std::unique_ptr<NotificationCenter::Observation> m_follow =
-        notifications.observe(AuthService::authStateChangedNotification,
-                              [this](const Notification &) { isSignedIn = m_account.isSignedIn(); });
+        m_account.notifications.observe(AuthService::authStateChangedNotification, [this](const Notification &) {
+            isSignedIn = m_account.auth.isSignedIn();
+            notifications.post(AuthService::authStateChangedNotification);
+        });
 };
 
 TEST_F(PickerOnlineTest, ListAndPicturesComeFromTheService)
@@ -83,10 +66,10 @@ TEST_F(PickerOnlineTest, WithoutAnAnswerTheTextIsOurs)
 
 TEST_F(PickerOnlineTest, AKeyThatIsRefusedMeansNotConnected)
 {
-    putKey("another-key");
+    m_account.putKey("another-key");
     open();
-    ASSERT_TRUE(waitFor([this] { return !m_account.isSignedIn(); }));
-    m_queue.advance(std::chrono::milliseconds(0));
+    ASSERT_TRUE(waitFor([this] { return !m_account.auth.isSignedIn(); }));
+    m_account.queue.advance(std::chrono::milliseconds(0));
     EXPECT_TRUE(waitFor([this] { return isShown(QStringLiteral("Connect with your API key to load templates.")); }));
 }
 

@@ -1,41 +1,11 @@
 /// How a person connects the program to the service.
-#include "tests/support/desktop/CardFrames.h"
-#include "tests/support/desktop/DesktopTest.h"
-#include "tests/support/service/ServiceDouble.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
+#include "tests/desktop/account/OnlineDesktopTest.h"
 
 namespace lumenfold::test {
 namespace {
 
-class Connect : public DesktopTest {
+class Connect : public OnlineDesktopTest {
 protected:
-    /// A desktop whose program talks to the double.
-    Desktop &prepareConnected(const DesktopOptions &options)
-    {
-        Desktop &desktop = prepare(options);
-        QDir().mkpath(desktop.folders().path("config/LumenFold"));
-        QFile file(desktop.folders().path("config/LumenFold/LumenFold.conf"));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("[General]\nLumenFold.editorLocation=browser\nLumenFold.apiBaseURLOverride=" +
-                   service.baseURL().toEncoded() + "\n");
-        return desktop;
-    }
-
-    /// Captures, and presses Edit on the card.
-    static void editACapture(Desktop &desktop)
-    {
-        desktop.press("Super+Alt+1");
-        desktop.waitForClipboard();
-        const QRect window = desktop.waitForPanels(1).first().frame;
-        desktop.pointer().moveTo(window.center());
-        (void)desktop.waitForStillPicture();
-        // The upper one of the two rows of buttons in its middle.
-        desktop.pointer().click(window.center() - QPoint(0, 16));
-    }
-
     [[nodiscard]] static std::optional<WindowInfo> dialog(const Desktop &desktop)
     {
         const QList<WindowInfo> windows = desktop.windowsOfProgram();
@@ -61,13 +31,11 @@ protected:
             desktop.press(key);
         }
     }
-
-    ServiceDouble service;
 };
 
 TEST_F(Connect, TheFirstStartAsksForAKeyUntilItHasARightOne)
 {
-    Desktop &desktop = prepareConnected({.keyring = KeyringKind::empty});
+    Desktop &desktop = prepareOnline({.keyring = KeyringKind::empty});
     desktop.startProgram();
     waitForDialog(desktop);
     const int height = dialog(desktop)->frame.height();
@@ -76,9 +44,8 @@ TEST_F(Connect, TheFirstStartAsksForAKeyUntilItHasARightOne)
     type(desktop, {"w", "r", "o", "n", "g", "Return"});
     // It says what is wrong, for which it needs another line.
     waitUntil("the error", [&] { return dialog(desktop).has_value() && dialog(desktop)->frame.height() > height; });
-    ASSERT_FALSE(service.requests(ServiceDouble::Endpoint::user).isEmpty());
-    EXPECT_EQ(service.requests(ServiceDouble::Endpoint::user).last().header("Authorization"),
-              QByteArray("ApiKey wrong"));
+    ASSERT_FALSE(service.requests(Endpoint::user).isEmpty());
+    EXPECT_EQ(service.requests(Endpoint::user).last().header("Authorization"), QByteArray("ApiKey wrong"));
     EXPECT_TRUE(desktop.keyring().items().isEmpty());
 
     type(desktop, {"Ctrl+a", "d", "e", "m", "o", "minus", "k", "e", "y", "Return"});
@@ -98,7 +65,7 @@ TEST_F(Connect, TheFirstStartAsksForAKeyUntilItHasARightOne)
 
 TEST_F(Connect, CapturesWorkWhileTheDialogIsOpen)
 {
-    Desktop &desktop = prepareConnected({.keyring = KeyringKind::empty});
+    Desktop &desktop = prepareOnline({.keyring = KeyringKind::empty});
     const QImage background = desktop.paintBackground(knownPicture(desktop.server().size()));
     desktop.startProgram();
     waitForDialog(desktop);
@@ -111,7 +78,7 @@ TEST_F(Connect, CapturesWorkWhileTheDialogIsOpen)
 
 TEST_F(Connect, ADesktopWithoutAKeyringAsksAtEveryStart)
 {
-    Desktop &desktop = prepareConnected({.keyring = KeyringKind::none});
+    Desktop &desktop = prepareOnline({.keyring = KeyringKind::none});
     for (int start = 0; start < 2; ++start) {
         desktop.startProgram();
         waitForDialog(desktop);
@@ -121,7 +88,7 @@ TEST_F(Connect, ADesktopWithoutAKeyringAsksAtEveryStart)
 
 TEST_F(Connect, AKeyringThatHangsHoldsNothingUp)
 {
-    Desktop &desktop = prepareConnected({});
+    Desktop &desktop = prepareOnline({});
     desktop.keyring().hang();
     desktop.startProgram();
     desktop.press("Super+Alt+1");
@@ -131,39 +98,10 @@ TEST_F(Connect, AKeyringThatHangsHoldsNothingUp)
     desktop.keyring().letGoOn();
 }
 
-TEST_F(Connect, EditUploadsTheCardAndOpensTheStudioInTheBrowser)
-{
-    // A browser of the test's own.
-    QTemporaryDir programs;
-    const QString opened = programs.filePath(QStringLiteral("opened"));
-    QFile opener(programs.filePath(QStringLiteral("xdg-open")));
-    ASSERT_TRUE(opener.open(QIODevice::WriteOnly));
-    opener.write("#!/bin/sh\nprintf %s \"$1\" >'" + opened.toUtf8() + ".new'\nmv '" + opened.toUtf8() + ".new' '" +
-                 opened.toUtf8() + "'\n");
-    opener.close();
-    opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    QProcessEnvironment environment;
-    environment.insert(QStringLiteral("PATH"), programs.path() + u':' + qEnvironmentVariable("PATH"));
-    Desktop &desktop =
-        prepareConnected({.size = cardFriendlyScreen, .compositor = CompositorKind::plain, .environment = environment});
-    desktop.startProgram();
-    editACapture(desktop);
-    waitUntil("the browser", [&] { return QFile::exists(opened); });
-    QFile address(opened);
-    ASSERT_TRUE(address.open(QIODevice::ReadOnly));
-    const QUrl studio = QUrl::fromEncoded(address.readAll());
-    EXPECT_EQ(studio.path(), u"/studio");
-    const QList<ReceivedRequest> uploads = service.requests(ServiceDouble::Endpoint::storage);
-    ASSERT_EQ(uploads.size(), 1);
-    EXPECT_TRUE(studio.query(QUrl::FullyDecoded).contains(QString::fromUtf8(uploads[0].path())));
-    EXPECT_FALSE(studio.query(QUrl::FullyDecoded).contains(u'?'));
-    EXPECT_FALSE(uploads[0].header("Authorization"));
-}
-
 TEST_F(Connect, AKeyThatIsRefusedSignsOutAndAnotherIsAskedFor)
 {
-    Desktop &desktop = prepareConnected({.size = cardFriendlyScreen, .compositor = CompositorKind::plain});
-    service.behave(ServiceDouble::Endpoint::signedUrl, answering(403));
+    Desktop &desktop = prepareOnline({.size = cardFriendlyScreen, .compositor = CompositorKind::plain});
+    service.behave(Endpoint::signedUrl, answering(403));
     desktop.startProgram();
     EXPECT_FALSE(dialog(desktop).has_value());
     editACapture(desktop);
@@ -173,10 +111,29 @@ TEST_F(Connect, AKeyThatIsRefusedSignsOutAndAnotherIsAskedFor)
 
 TEST_F(Connect, ALockedKeyAsksNobodyAtTheStart)
 {
-    Desktop &desktop = prepareConnected({});
+    Desktop &desktop = prepareOnline({});
     desktop.keyring().lock();
     desktop.startProgram();
     EXPECT_TRUE(staysTrue([&] { return !dialog(desktop).has_value(); }, std::chrono::seconds(1)));
+}
+
+TEST_F(Connect, ALockedKeyIsUnlockedByTheUserWhenItIsNeeded)
+{
+    Desktop &desktop = prepareOnline({.size = cardFriendlyScreen, .keyringPassword = "master"});
+    // The desktop's own window that asks for passwords.
+    const Process prompter({.program = QStringLiteral("/usr/libexec/gcr-prompter"),
+                            .environment = desktop.environment(),
+                            .logFile = desktop.folders().path("prompter.log")});
+    desktop.keyring().lock();
+    desktop.startProgram();
+    editACapture(desktop);
+    waitUntil("the question for the password",
+              [&] { return processOf(desktop.connection(), desktop.connection().focusedWindow()) == prompter.pid(); });
+    EXPECT_TRUE(opened().isEmpty());
+    type(desktop, {"m", "a", "s", "t", "e", "r", "Return"});
+    waitUntil("the browser", [this] { return opened().size() == 1; });
+    EXPECT_EQ(service.requests(Endpoint::signedUrl).last().header("Authorization"), QByteArray("ApiKey demo-key"));
+    EXPECT_FALSE(dialog(desktop).has_value());
 }
 
 } // namespace

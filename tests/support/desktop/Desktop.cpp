@@ -42,7 +42,8 @@ Desktop::Desktop(const DesktopOptions &options)
         const bool hasKey = options.keyring == KeyringKind::withApiKey;
         m_keyring = std::make_unique<KeyringDaemon>(
             m_bus->address(),
-            KeyringDaemonOptions{.apiKey = hasKey ? std::optional(QByteArray("demo-key")) : std::nullopt});
+            KeyringDaemonOptions{.apiKey = hasKey ? std::optional(QByteArray("demo-key")) : std::nullopt,
+                                 .password = options.keyringPassword});
     }
     m_windowManager = std::make_unique<WindowManager>(*m_server, options.windowManager, m_environment);
     m_compositor = std::make_unique<Compositor>(*m_server, options.compositor);

@@ -40,6 +40,8 @@ struct DesktopOptions {
     WindowManagerKind windowManager = WindowManagerKind::openbox;
     CompositorKind compositor = CompositorKind::none;
     KeyringKind keyring = KeyringKind::withApiKey;
+    /// Asked for once the keyring has been locked; without one, unlocking asks nobody.
+    std::optional<QByteArray> keyringPassword{};
     /// Several screens in place of one.
     QList<Monitor> monitors{};
     /// Added to the program's environment.
