@@ -3,6 +3,7 @@
 #include "app/actions/ActionHandler.h"
 #include "app/configuration/AppConfig.h"
 #include "app/lifecycle/AppDelegate.h"
+#include "app/lifecycle/ProgramUpdater.h"
 #include "app/lifecycle/ScreenRecordingAlert.h"
 #include "app/updates/UpdaterController.h"
 #include "capture/CaptureCoordinator.h"
@@ -137,7 +138,11 @@ struct CompositionRoot::Parts {
 
 void CompositionRoot::Parts::startUpdater()
 {
-    updater = std::make_unique<UpdaterController>(notifications, [](UpdaterDelegate &) { return nullptr; });
+    updater = std::make_unique<UpdaterController>(notifications, [this](UpdaterDelegate &toTell) {
+        return makeProgramUpdater(
+            {.http = http, .defaults = defaults, .queue = queue, .workspace = workspace, .appearance = appearance},
+            toTell);
+    });
     UpdaterController::setShared(updater.get());
 }
 

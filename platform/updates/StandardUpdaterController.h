@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QUrl>
 
 namespace lumenfold {
 
@@ -8,6 +9,14 @@ namespace lumenfold {
 struct AvailableUpdate {
     /// As it is written, for example "1.4.0-beta.2".
     QString version;
+    /// What it is called; may be empty.
+    QString title{};
+    /// What is new in it, in Markdown; may be empty.
+    QString notes{};
+    /// Where a browser finds it. Always HTTPS.
+    QUrl page{};
+
+    friend bool operator==(const AvailableUpdate &, const AvailableUpdate &) = default;
 };
 
 /// Is told what each check found, whoever asked for it. Main thread. A check that could not be made is told to nobody.

@@ -2,6 +2,7 @@
 
 #include "tests/gallery/AccountScenes.h"
 #include "tests/gallery/TemplateScenes.h"
+#include "tests/gallery/UpdateScenes.h"
 
 #include "app/actions/ActionHandler.h"
 #include "app/configuration/AppConfig.h"
@@ -255,6 +256,9 @@ std::vector<Scene> allScenes()
         scenes.push_back(std::move(scene));
     }
     for (Scene &scene : accountScenes()) {
+        scenes.push_back(std::move(scene));
+    }
+    for (Scene &scene : updateScenes()) {
         scenes.push_back(std::move(scene));
     }
     return scenes;
