@@ -1,0 +1,37 @@
+#include "platform/openpanel/PortalOpenPanel.h"
+
+#include "platform/openpanel/PortalFolderRequest.h"
+
+#include <QCoroSignal>
+
+namespace lumenfold {
+namespace {
+
+struct DeleteLater {
+    void operator()(QObject *object) const { object->deleteLater(); }
+};
+
+} // namespace
+
+PortalOpenPanel::PortalOpenPanel(OpenPanel &fallback, std::chrono::milliseconds patience)
+    : m_fallback(fallback), m_patience(patience)
+{
+}
+
+QCoro::Task<std::optional<QString>> PortalOpenPanel::chooseDirectory(Request request)
+{
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (bus.isConnected()) {
+        // Goes outside its own signal.
+        const std::unique_ptr<PortalFolderRequest, DeleteLater> asked(new PortalFolderRequest(bus));
+        asked->send(request, m_patience);
+        co_await qCoro(asked.get(), &PortalFolderRequest::ended);
+        if (asked->outcome() == PortalFolderRequest::Outcome::answered) {
+            co_return asked->directory();
+        }
+    }
+    std::optional<QString> chosen = co_await m_fallback.chooseDirectory(request);
+    co_return chosen;
+}
+
+} // namespace lumenfold
