@@ -113,6 +113,21 @@ QString AppConfig::saveDirectory() const
     return defaultSaveDirectory();
 }
 
+bool AppConfig::hasChosenSaveDirectory() const
+{
+    return m_defaults.contains(saveDirectoryKey);
+}
+
+void AppConfig::chooseSaveDirectory(const QString &path)
+{
+    m_defaults.setString(saveDirectoryKey, path);
+}
+
+void AppConfig::forgetSaveDirectory()
+{
+    m_defaults.remove(saveDirectoryKey);
+}
+
 bool AppConfig::replaceCardOnEdit() const
 {
     return m_defaults.boolean(replaceCardOnEditKey);

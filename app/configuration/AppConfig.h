@@ -61,6 +61,11 @@ public:
     [[nodiscard]] QString defaultSaveDirectory() const;
     /// The chosen folder while it exists, else the default; a choice that is missing is not forgotten.
     [[nodiscard]] QString saveDirectory() const;
+    /// Whether a folder was chosen, missing or not.
+    [[nodiscard]] bool hasChosenSaveDirectory() const;
+    /// An absolute path.
+    void chooseSaveDirectory(const QString &path);
+    void forgetSaveDirectory();
 
     [[nodiscard]] bool replaceCardOnEdit() const;
     void setReplaceCardOnEdit(bool replace);

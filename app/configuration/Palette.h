@@ -54,6 +54,8 @@ inline constexpr AdaptiveColor stackPillBg{{217, 217, 219}, {58, 58, 60}};
 inline constexpr AdaptiveColor stackPillBorder = contrastLine(0.16);
 inline constexpr AdaptiveColor stackPillFg{{29, 29, 31}, {235, 235, 240}};
 
+/// The green of what is as it should be.
+inline constexpr AdaptiveColor statusGood{{26, 127, 55}, {63, 185, 80}};
 /// The red of a failure, written on a pill.
 inline constexpr AdaptiveColor statusFailure{{190, 18, 24}, {255, 122, 115}};
 

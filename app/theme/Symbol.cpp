@@ -52,6 +52,20 @@ QString nameOf(Symbol symbol)
         return QStringLiteral("arrow.up.right.square");
     case Symbol::exclamationmarkTriangleFill:
         return QStringLiteral("exclamationmark.triangle.fill");
+    case Symbol::gearshape:
+        return QStringLiteral("gearshape");
+    case Symbol::squareOnSquare:
+        return QStringLiteral("square.on.square");
+    case Symbol::personCircle:
+        return QStringLiteral("person.circle");
+    case Symbol::arrowUturnBackward:
+        return QStringLiteral("arrow.uturn.backward");
+    case Symbol::folder:
+        return QStringLiteral("folder");
+    case Symbol::personCropCircleBadgeExclamationmark:
+        return QStringLiteral("person.crop.circle.badge.exclamationmark");
+    case Symbol::checkmarkSealFill:
+        return QStringLiteral("checkmark.seal.fill");
     }
     return {};
 }

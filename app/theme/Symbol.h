@@ -20,6 +20,13 @@ enum class Symbol {
     photo,
     arrowUpRightSquare,
     exclamationmarkTriangleFill,
+    gearshape,
+    squareOnSquare,
+    personCircle,
+    arrowUturnBackward,
+    folder,
+    personCropCircleBadgeExclamationmark,
+    checkmarkSealFill,
 };
 
 /// Paints the symbol as large as a letter of `pointSize` points would be, centred on the point and sharp on every

@@ -11,8 +11,24 @@ namespace lumenfold::test {
 namespace {
 
 constexpr std::array allSymbols{
-    Symbol::xmark,       Symbol::xmarkCircleFill,     Symbol::pinFill,         Symbol::chevronUp,
-    Symbol::chevronDown, Symbol::checkmarkCircleFill, Symbol::magnifyingGlass, Symbol::photo};
+    Symbol::xmark,
+    Symbol::xmarkCircleFill,
+    Symbol::pinFill,
+    Symbol::chevronUp,
+    Symbol::chevronDown,
+    Symbol::checkmarkCircleFill,
+    Symbol::magnifyingGlass,
+    Symbol::photo,
+    Symbol::arrowUpRightSquare,
+    Symbol::exclamationmarkTriangleFill,
+    Symbol::gearshape,
+    Symbol::squareOnSquare,
+    Symbol::personCircle,
+    Symbol::arrowUturnBackward,
+    Symbol::folder,
+    Symbol::personCropCircleBadgeExclamationmark,
+    Symbol::checkmarkSealFill,
+};
 
 QImage painted(Symbol symbol)
 {
