@@ -9,10 +9,28 @@
 #include <QUrl>
 
 namespace lumenfold {
+namespace {
+
+QString recordingTitle()
+{
+    return ShortcutRecorder::tr("Type shortcut…");
+}
+
+QString refusedTitle()
+{
+    return ShortcutRecorder::tr("Permission needed");
+}
+
+} // namespace
 
 ShortcutRecorder::ShortcutRecorder(const Collaborators &collaborators) : m_with(collaborators) {}
 
 ShortcutRecorder::~ShortcutRecorder() = default;
+
+QStringList ShortcutRecorder::longTitles()
+{
+    return {recordingTitle(), refusedTitle()};
+}
 
 void ShortcutRecorder::setTitle(const QString &title)
 {
@@ -33,7 +51,7 @@ void ShortcutRecorder::setCurrentDisplay(const QString &display)
 void ShortcutRecorder::startRecording()
 {
     m_isRecording = true;
-    setTitle(tr("Type shortcut…"));
+    setTitle(recordingTitle());
     m_tap.reset();
     m_tap = m_with.taps.createTap(TapScope::wholeKeyboard, [this](const KeyEvent &event) { return tapped(event); });
     if (m_tap) {
@@ -41,7 +59,7 @@ void ShortcutRecorder::startRecording()
     } else if (!m_isShowingAlert) {
         m_isShowingAlert = true;
         stopRecording();
-        setTitle(tr("Permission needed"));
+        setTitle(refusedTitle());
         askForPermission();
     }
     m_with.store.postRecording(true);

@@ -6,6 +6,7 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -32,6 +33,9 @@ public:
 
     explicit ShortcutRecorder(const Collaborators &collaborators);
     ~ShortcutRecorder() override;
+
+    /// What the button may say besides shortcuts.
+    [[nodiscard]] static QStringList longTitles();
 
     /// What the button says.
     [[nodiscard]] const QString &title() const { return m_title; }
