@@ -15,11 +15,14 @@
 #include "cards/face/PreviewViews.h"
 #include "platform/alerts/QtAlerts.h"
 #include "platform/appearance/PortalAppearance.h"
+#include "platform/autostart/XdgAutostart.h"
 #include "platform/defaults/SettingsFileUserDefaults.h"
 #include "platform/dragdrop/QtDragSessions.h"
 #include "platform/files/XdgFileManager.h"
 #include "platform/mainqueue/QtMainQueue.h"
 #include "platform/notifications/NotificationCenter.h"
+#include "platform/openpanel/PortalOpenPanel.h"
+#include "platform/openpanel/QtOpenPanel.h"
 #include "platform/secrets/KeyringModule.h"
 #include "platform/secrets/MirroredSecretStore.h"
 #include "platform/session/PlatformServices.h"
@@ -29,7 +32,9 @@
 #include "service/KeychainHelper.h"
 #include "service/apikey/ApiKeySetupWindowController.h"
 #include "service/http/HttpClient.h"
+#include "service/templates/HttpPreviewDownloads.h"
 #include "service/templates/TemplateStore.h"
+#include "settings/SettingsWindowController.h"
 #include "shortcuts/HotkeyManager.h"
 #include "shortcuts/ShortcutStore.h"
 
@@ -48,6 +53,12 @@ QString thumbnailFolder(const FileManager &files)
     return caches ? QDir(*caches).filePath(CardPersistence::relativeThumbnailPath) : QString();
 }
 
+std::optional<PreviewCache> previewCache(const FileManager &files)
+{
+    const std::optional<QString> caches = files.cachesDirectory();
+    return caches ? std::optional(PreviewCache(QDir(*caches).filePath(PreviewCache::relativePath))) : std::nullopt;
+}
+
 } // namespace
 
 /// In the order in which they are built; they go in the opposite order.
@@ -59,6 +70,7 @@ struct CompositionRoot::Parts {
         AuthService::setShared(&auth);
         ApiKeySetupWindowController::setShared(&apiKeySetup);
         TemplateStore::setShared(&templates);
+        SettingsWindowController::setShared(&settingsWindow);
     }
 
     void startUpdater();
@@ -90,6 +102,28 @@ struct CompositionRoot::Parts {
     TemplateStore templates{defaults, notifications};
     HttpLumenfoldService service{
         {.http = http, .auth = auth, .config = config, .workspace = workspace, .templates = templates}};
+    HttpPreviewDownloads previewDownloads{http};
+    XdgAutostart autostart{XdgAutostart::standardFolders(), XdgAutostart::presentProgram()};
+    QtOpenPanel openPanelOfToolkit;
+    PortalOpenPanel openPanel{openPanelOfToolkit};
+    SettingsWindowController settingsWindow{
+        {.view = {.general = {.config = config,
+                              .recorder = {.taps = platform->keyEventTaps(),
+                                           .store = shortcuts,
+                                           .alerts = alerts,
+                                           .workspace = workspace},
+                              .notifications = notifications,
+                              .openPanel = openPanel,
+                              .autostart = autostart},
+                  .templates = {.picker = {.service = service,
+                                           .isSignedIn = [this] { return auth.isSignedIn(); },
+                                           .store = templates,
+                                           .notifications = notifications,
+                                           .apiKeySetup = apiKeySetup},
+                                .downloads = previewDownloads,
+                                .cache = previewCache(files)},
+                  .account = {.auth = auth, .apiKeySetup = apiKeySetup, .appearance = appearance}},
+         .workspace = workspace}};
     QtDragSessions dragSessions;
     DragFolder dragFolder;
     PreviewViews cardViews{{
@@ -188,6 +222,7 @@ CompositionRoot::CompositionRoot(std::unique_ptr<PlatformServices> services)
 CompositionRoot::~CompositionRoot()
 {
     UpdaterController::setShared(nullptr);
+    SettingsWindowController::setShared(nullptr);
     TemplateStore::setShared(nullptr);
     ApiKeySetupWindowController::setShared(nullptr);
     AuthService::setShared(nullptr);

@@ -1,6 +1,7 @@
 #include "tests/gallery/Scenes.h"
 
 #include "tests/gallery/AccountScenes.h"
+#include "tests/gallery/SettingsScenes.h"
 #include "tests/gallery/TemplateScenes.h"
 #include "tests/gallery/UpdateScenes.h"
 
@@ -256,6 +257,9 @@ std::vector<Scene> allScenes()
         scenes.push_back(std::move(scene));
     }
     for (Scene &scene : accountScenes()) {
+        scenes.push_back(std::move(scene));
+    }
+    for (Scene &scene : settingsScenes()) {
         scenes.push_back(std::move(scene));
     }
     for (Scene &scene : updateScenes()) {
