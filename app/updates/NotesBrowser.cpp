@@ -6,12 +6,19 @@
 #include <QTextCursor>
 
 namespace lumenfold {
+namespace {
+
+/// Points.
+constexpr double margin = 12;
+
+} // namespace
 
 NotesBrowser::NotesBrowser(QWidget *parent) : QTextBrowser(parent)
 {
     setOpenLinks(false);
     setOpenExternalLinks(false);
     setUndoRedoEnabled(false);
+    document()->setDocumentMargin(margin);
     connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl &page) {
         if (page.scheme() == QStringView(u"https") && !page.host().isEmpty()) {
             Q_EMIT pageChosen(page);

@@ -36,11 +36,14 @@ UpdateHeader::UpdateHeader(const QString &heading, const QString &text, QWidget 
     font.setPointSizeF(font.pointSizeF() * headingSize);
     font.setBold(true);
     large->setFont(font);
+    // In the middle of the icon's height, if they are lower than it.
     m_words->setSpacing(wordSpacing);
+    m_words->addStretch();
     m_words->addWidget(large);
     if (!text.isEmpty()) {
         m_words->addWidget(plainLabel(text, this));
     }
+    m_words->addStretch();
 
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins({});
@@ -52,7 +55,7 @@ UpdateHeader::UpdateHeader(const QString &heading, const QString &text, QWidget 
 
 void UpdateHeader::append(QWidget *widget)
 {
-    m_words->addWidget(widget, 0, Qt::AlignLeading);
+    m_words->insertWidget(m_words->count() - 1, widget, 0, Qt::AlignLeading);
 }
 
 void UpdateHeader::showEvent(QShowEvent *event)
