@@ -1,5 +1,9 @@
 #include "platform/screencapture/SharedPixels.h"
 
+#include "platform/image/EncodingPool.h"
+
+#include <QThreadPool>
+
 #include <utility>
 
 #include <sys/mman.h>
@@ -30,10 +34,14 @@ SharedPixels::SharedPixels(void *memory, std::size_t bytes, int descriptor)
 
 SharedPixels::~SharedPixels()
 {
-    munmap(m_memory, m_bytes);
-    if (m_descriptor >= 0) {
-        close(m_descriptor);
-    }
+    // It takes the system five milliseconds and more to take this much back, wherever it happens; often that would be
+    // on the main thread, while the cards come back and the clipboard is asked for.
+    backgroundPool().start([memory = m_memory, bytes = m_bytes, descriptor = m_descriptor] {
+        munmap(memory, bytes);
+        if (descriptor >= 0) {
+            close(descriptor);
+        }
+    });
 }
 
 void SharedPixels::touch()

@@ -7,7 +7,8 @@
 
 namespace lumenfold {
 
-/// Zeroed memory that the X server can write into, seen by nobody else and gone with its last user.
+/// Zeroed memory that the X server can write into, seen by nobody else and gone with its last user, or a moment later:
+/// a thread of the background pool gives it back.
 class SharedPixels {
 public:
     /// Null when the system refuses.

@@ -13,11 +13,16 @@
 namespace lumenfold::test {
 namespace {
 
-/// How many pictures' memory the server has in its hands.
+/// How many pictures' memory a process has in its hands.
+qsizetype picturesMappedBy(qint64 process)
+{
+    QFile maps(QStringLiteral("/proc/%1/maps").arg(process));
+    return maps.open(QIODevice::ReadOnly) ? maps.readAll().count("LumenFold picture") : -1;
+}
+
 qsizetype picturesMappedBy(const XServer &server)
 {
-    QFile maps(QStringLiteral("/proc/%1/maps").arg(server.pid()));
-    return maps.open(QIODevice::ReadOnly) ? maps.readAll().count("LumenFold picture") : -1;
+    return picturesMappedBy(server.pid());
 }
 
 /// One window of another program with a known picture, over all of the screen.
@@ -80,6 +85,16 @@ TEST_F(PictureTest, LeavesTheServerNothingThatNobodyTook)
     const QRect part(11, 7, 1003, 591);
     EXPECT_TRUE(samePicture(takePartOfMain(part), known.copy(part)));
     EXPECT_TRUE(waitFor([] { return picturesMappedBy(server()) == 0; }));
+}
+
+TEST_F(PictureTest, IsKeptNoLongerThanSomebodyHasIt)
+{
+    const qint64 self = QCoreApplication::applicationPid();
+    EXPECT_TRUE(samePicture(takeMain(), known));
+    EXPECT_TRUE(waitFor([self] { return picturesMappedBy(self) == 0; }));
+    manager().expectCapture(screens().main()->displayID);
+    ASSERT_TRUE(waitFor([self] { return picturesMappedBy(self) == 1; }));
+    EXPECT_TRUE(waitFor([self] { return picturesMappedBy(self) == 0; }));
 }
 
 TEST_F(PictureTest, MayBeExpectedByAProgramThatEnds)

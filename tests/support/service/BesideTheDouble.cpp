@@ -1,5 +1,5 @@
-/// What the program beside the double of the service has in place of what is built into the other. The addresses are the
-/// double's, which whoever starts this program names in its environment; the program that people get knows no such
+/// What the program beside the double of the service has in place of what is built into the other. The addresses are
+/// the double's, which whoever starts this program names in its environment; the program that people get knows no such
 /// variable. The key for the double stands beside the user's own in the keyring.
 #include "app/configuration/BuiltInAddresses.h"
 #include "service/KeychainHelper.h"
