@@ -30,6 +30,20 @@ TEST_F(AppConfigTest, AnEmptyStoreReadsAsTheDefaults)
     EXPECT_TRUE(m_defaults.writes().isEmpty());
 }
 
+TEST_F(AppConfigTest, AFolderIsChosenAndForgotten)
+{
+    EXPECT_FALSE(m_config.hasChosenSaveDirectory());
+    m_config.chooseSaveDirectory(QStringLiteral("/media/disk/Shots"));
+    EXPECT_EQ(m_defaults.string(AppConfig::saveDirectoryKey), QStringLiteral("/media/disk/Shots"));
+    EXPECT_TRUE(m_config.hasChosenSaveDirectory()) << "also while it is missing";
+    EXPECT_EQ(m_config.saveDirectory(), m_config.defaultSaveDirectory());
+    m_files.directories.insert(QStringLiteral("/media/disk/Shots"));
+    EXPECT_EQ(m_config.saveDirectory(), QStringLiteral("/media/disk/Shots"));
+    m_config.forgetSaveDirectory();
+    EXPECT_FALSE(m_defaults.contains(AppConfig::saveDirectoryKey));
+    EXPECT_FALSE(m_config.hasChosenSaveDirectory());
+}
+
 TEST_F(AppConfigTest, TheKeysInTheStoreAreThese)
 {
     EXPECT_EQ(AppConfig::apiBaseOverrideKey, u"LumenFold.apiBaseURLOverride");
