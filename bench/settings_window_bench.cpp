@@ -1,6 +1,7 @@
 /// How long the settings window takes from present() until all of it has been painted and the server has it: the first
 /// time, in a process that has shown no window yet, and each time after that. With a window manager, on an X server of
-/// its own; once at each scale.
+/// its own, at two scales. Beside the time on the clock stands the main thread's own working time, which other programs
+/// do not lengthen.
 #include "tests/support/desktop/PrivateFolders.h"
 #include "tests/support/desktop/Session.h"
 #include "tests/support/desktop/Wait.h"
@@ -16,6 +17,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <vector>
 
 namespace lumenfold {
@@ -23,6 +25,18 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
+
+struct Cost {
+    double elapsed = 0;
+    double work = 0;
+};
+
+double workSoFar()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
 
 constexpr int rounds = 20;
 constexpr double firstTimeBound = 150;
@@ -47,15 +61,16 @@ public:
     bool hasPainted = false;
 };
 
-double present(WatchingApplication &application, test::SettingsDesk &desk)
+Cost present(WatchingApplication &application, test::SettingsDesk &desk)
 {
     application.hasPainted = false;
     const Clock::time_point start = Clock::now();
+    const double workBefore = workSoFar();
     desk.controller->present();
     while (!application.hasPainted) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
-    return Milliseconds(Clock::now() - start).count();
+    return {Milliseconds(Clock::now() - start).count(), workSoFar() - workBefore};
 }
 
 void hide()
@@ -71,16 +86,18 @@ int measure(int argc, char **argv)
     test::SettingsDesk desk;
     // As it is when somebody has found the menu: the event loop runs, and nothing is under way.
     (void)test::staysTrue([] { return true; }, std::chrono::milliseconds(200));
-    const double first = present(application, desk);
-    std::vector<double> later;
+    const Cost first = present(application, desk);
+    std::vector<Cost> later;
     for (int round = 0; round < rounds; ++round) {
         hide();
         later.push_back(present(application, desk));
     }
-    std::ranges::sort(later);
-    const bool isQuick = first <= firstTimeBound && later.back() <= laterBound;
-    std::printf("first time %6.1f ms; after that median %5.1f ms, longest %5.1f ms%s\n", first, later[later.size() / 2],
-                later.back(), isQuick ? "" : "  (over 150 and 50 ms)");
+    std::ranges::sort(later, {}, &Cost::elapsed);
+    const double mostWork = std::ranges::max(later, {}, &Cost::work).work;
+    const bool isQuick = first.elapsed <= firstTimeBound && later.back().elapsed <= laterBound;
+    std::printf("first time %6.1f ms (work %5.1f); after that median %5.1f ms, longest %5.1f ms (most work %4.1f)%s\n",
+                first.elapsed, first.work, later[later.size() / 2].elapsed, later.back().elapsed, mostWork,
+                isQuick ? "" : "  over 150 and 50 ms");
     return 0;
 }
 
