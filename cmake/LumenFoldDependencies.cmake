@@ -1,6 +1,7 @@
 # Every library that LumenFold stands on; scripts/dependencies lists the Debian packages that hold them.
 
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network DBus Svg)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network DBus Svg
+    Quick WebChannel WebEngineCore WebEngineWidgets)
 find_package(QCoro6 REQUIRED COMPONENTS Core)
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)

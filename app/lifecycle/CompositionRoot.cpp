@@ -8,16 +8,19 @@
 #include "app/updates/UpdaterController.h"
 #include "capture/CaptureCoordinator.h"
 #include "capture/areaselection/AreaSelectionController.h"
+#include "cards/CardEditor.h"
 #include "cards/CardPersistence.h"
 #include "cards/DragFolder.h"
 #include "cards/PreviewWindowController.h"
 #include "cards/face/ImagePreviewWindowController.h"
 #include "cards/face/PreviewViews.h"
+#include "editor/StudioModalWindowController.h"
 #include "platform/alerts/QtAlerts.h"
 #include "platform/appearance/PortalAppearance.h"
 #include "platform/autostart/XdgAutostart.h"
 #include "platform/defaults/SettingsFileUserDefaults.h"
 #include "platform/dragdrop/QtDragSessions.h"
+#include "platform/filepanels/QtFilePanels.h"
 #include "platform/files/XdgFileManager.h"
 #include "platform/mainqueue/QtMainQueue.h"
 #include "platform/notifications/NotificationCenter.h"
@@ -58,6 +61,19 @@ std::optional<PreviewCache> previewCache(const FileManager &files)
     const std::optional<QString> caches = files.cachesDirectory();
     return caches ? std::optional(PreviewCache(QDir(*caches).filePath(PreviewCache::relativePath))) : std::nullopt;
 }
+/// The editor's window as the cards know it.
+class EditorOfCards : public CardEditor {
+public:
+    explicit EditorOfCards(StudioModalWindowController &editor) : m_editor(editor) {}
+
+    void present(const Image &image, const QString &screenshotId, ExportHandler onExport) override
+    {
+        m_editor.present(image, screenshotId, std::move(onExport));
+    }
+
+private:
+    StudioModalWindowController &m_editor;
+};
 
 } // namespace
 
@@ -71,6 +87,7 @@ struct CompositionRoot::Parts {
         ApiKeySetupWindowController::setShared(&apiKeySetup);
         TemplateStore::setShared(&templates);
         SettingsWindowController::setShared(&settingsWindow);
+        StudioModalWindowController::setShared(&editor);
     }
 
     void startUpdater();
@@ -124,6 +141,10 @@ struct CompositionRoot::Parts {
                                 .cache = previewCache(files)},
                   .account = {.auth = auth, .apiKeySetup = apiKeySetup, .appearance = appearance}},
          .workspace = workspace}};
+    QtFilePanels filePanels;
+    StudioModalWindowController editor{
+        {.config = config, .auth = auth, .templates = templates, .workspace = workspace, .filePanels = filePanels}};
+    EditorOfCards editorOfCards{editor};
     QtDragSessions dragSessions;
     DragFolder dragFolder;
     PreviewViews cardViews{{
@@ -203,6 +224,7 @@ std::unique_ptr<CaptureCoordinator> CompositionRoot::Parts::makeCaptureCoordinat
             .views = cardViews,
             .store = &cardStore,
             .fullSizePreview = &fullSizePreview,
+            .editor = &editorOfCards,
         }),
         .actions = actions,
         .screens = platform->screens(),
@@ -210,7 +232,7 @@ std::unique_ptr<CaptureCoordinator> CompositionRoot::Parts::makeCaptureCoordinat
         .queue = queue,
         .alerts = alerts,
         .workspace = workspace,
-        .editorWindow = {},
+        .editorWindow = [this] { return &editor; },
     });
 }
 

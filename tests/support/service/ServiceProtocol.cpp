@@ -3,11 +3,18 @@
 #include <QBuffer>
 #include <QColor>
 #include <QCryptographicHash>
+#include <QFile>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QUrlQuery>
+
+/// A resource in a static library waits for being asked for. Outside of namespaces, as the macro wants it.
+static void initializePagesOfTheDouble()
+{
+    Q_INIT_RESOURCE(pages);
+}
 
 namespace lumenfold::test {
 namespace {
@@ -37,6 +44,14 @@ ServiceReply html(const QString &content)
                                "%1</body>")
                     .arg(content)
                     .toUtf8()};
+}
+
+ServiceReply editor()
+{
+    initializePagesOfTheDouble();
+    QFile file(QStringLiteral(":/lumenfold/double/editor.html"));
+    file.open(QIODevice::ReadOnly);
+    return {.headers = {{"Content-Type", "text/html; charset=utf-8"}}, .body = file.readAll()};
 }
 
 QByteArray signatureFor(const QByteArray &path)
@@ -161,6 +176,13 @@ ServiceReply ServiceProtocol::preview(const ReceivedRequest &request)
 
 ServiceReply ServiceProtocol::page(const ReceivedRequest &request) const
 {
+    const auto own = pages.find(request.path());
+    if (own != pages.end()) {
+        return {.headers = {{"Content-Type", "text/html; charset=utf-8"}}, .body = *own};
+    }
+    if (request.path() == "/integration/electron") {
+        return editor();
+    }
     const QUrlQuery query(QString::fromUtf8(request.query()));
     if (request.path() == "/studio") {
         return html(QStringLiteral("<h1>Studio</h1><p>Template: %1</p><img src=\"%2\" style=\"max-width:90%\">")

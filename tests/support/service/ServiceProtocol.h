@@ -16,7 +16,8 @@ public:
         storage,
         templates,
         preview,
-        /// What a browser shows: "/studio", "/dashboard/account" and whatever else there is no other name for.
+        /// What a browser shows: "/studio", "/dashboard/account", the editor ("/integration/electron") and whatever else
+        /// there is no other name for.
         page,
     };
 
@@ -27,6 +28,8 @@ public:
     int templateCount = 12;
     /// Pictures as they were uploaded, under the path from which they can be had.
     QMap<QByteArray, QByteArray> stored;
+    /// Pages of a test's own (HTML), by their path; they go before what is there otherwise.
+    QMap<QByteArray, QByteArray> pages;
 
     [[nodiscard]] static Endpoint endpointOf(const ReceivedRequest &request);
 

@@ -1,0 +1,82 @@
+#include "editor/EditorModule.h"
+
+#include "platform/sandbox/WebSandbox.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QLibrary>
+#include <QOpenGLContext>
+
+#include <mutex>
+
+/// The toolkit has it for modules like the web engine, without a public header.
+Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext *context); // NOLINT(readability-identifier-naming)
+Q_GUI_EXPORT QOpenGLContext *qt_gl_global_share_context();                 // NOLINT(readability-identifier-naming)
+
+namespace lumenfold {
+namespace {
+
+using MakeView = EditorView *(const EditorView::Options *options, EditorViewClient *client, QWidget *parent);
+
+/// The web engine looks at the graphics context that a program makes for it at its start. Ours would wait for a
+/// graphics driver then, for an editor that may never open; and the engine is to do without a driver anyway (see
+/// module/Plugin.cpp). One that was never brought to life tells it that there is none.
+void standInForGraphicsContext()
+{
+    if (qt_gl_global_share_context() == nullptr) {
+        auto *context = new QOpenGLContext;
+        context->moveToThread(QCoreApplication::instance()->thread());
+        qt_gl_set_global_share_context(context);
+    }
+}
+
+tl::expected<MakeView *, QString> load()
+{
+    standInForGraphicsContext();
+    const QDir programFolder(QCoreApplication::applicationDirPath());
+    QString trouble;
+    for (const QString &folder : {QStringLiteral("."), QStringLiteral(LUMENFOLD_MODULE_FOLDER)}) {
+        // It stays loaded: the web engine cannot be unloaded.
+        QLibrary module(programFolder.filePath(folder + QStringLiteral("/lumenfold_editor.so")));
+        if (auto *found = module.resolve("lumenfoldMakeEditorView")) {
+            return reinterpret_cast<MakeView *>(found);
+        }
+        trouble += module.errorString() + u' ';
+    }
+    return tl::unexpected(trouble.trimmed());
+}
+
+} // namespace
+
+tl::expected<MakeEditorView, EditorModuleTrouble> loadEditorModule()
+{
+    // The web engine ends the whole program when it finds that it cannot have its sandbox, so that is found out before.
+    switch (webSandbox()) {
+    case WebSandbox::superuser:
+        return tl::unexpected(EditorModuleTrouble{EditorModuleTrouble::Kind::superuser,
+                                                  QStringLiteral("the superuser's programs have no sandbox")});
+    case WebSandbox::unavailable:
+        return tl::unexpected(EditorModuleTrouble{
+            EditorModuleTrouble::Kind::noSandbox,
+            QStringLiteral("the system does not let programs make user namespaces, which a sandbox needs")});
+    case WebSandbox::available:
+        break;
+    }
+
+    static std::mutex mutex;
+    const std::scoped_lock lock(mutex);
+    // One that is missing may be installed while the program runs.
+    static MakeView *make = nullptr;
+    if (make == nullptr) {
+        const auto loaded = load();
+        if (!loaded) {
+            return tl::unexpected(EditorModuleTrouble{EditorModuleTrouble::Kind::missing, loaded.error()});
+        }
+        make = *loaded;
+    }
+    return [](const EditorView::Options &options, EditorViewClient &client, QWidget *parent) {
+        return std::unique_ptr<EditorView>(make(&options, &client, parent));
+    };
+}
+
+} // namespace lumenfold

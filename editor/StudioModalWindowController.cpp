@@ -1,0 +1,463 @@
+#include "editor/StudioModalWindowController.h"
+
+#include "app/configuration/AppConfig.h"
+#include "editor/bridge/BridgeScripts.h"
+#include "editor/bridge/DataUrl.h"
+#include "editor/bridge/EditedPicture.h"
+#include "editor/bridge/EditorOrigin.h"
+#include "editor/bridge/HandOver.h"
+#include "platform/workspace/Workspace.h"
+#include "service/AuthService.h"
+#include "service/TemplateSelection.h"
+#include "service/http/TransportError.h"
+
+#include <QDebug>
+
+#include <utility>
+
+namespace lumenfold {
+namespace {
+
+StudioModalWindowController *sharedController = nullptr;
+
+/// A page that posts and posts fills nobody's log.
+constexpr int loggedIgnoredMessages = 20;
+
+std::optional<QByteArray> encoded(const Image &image)
+{
+    const std::optional<QByteArray> png = image.pngData();
+    return png ? std::optional(pngDataURL(*png)) : std::nullopt;
+}
+
+/// Nothing if there is nothing to say of it.
+std::optional<Image> readPicture(const QByteArray &dataURL)
+{
+    const auto bytes = readExport(dataURL);
+    if (!bytes) {
+        return bytes.error() == ExportTrouble::noComma ? std::nullopt : std::optional(Image());
+    }
+    return readEditedPicture(*bytes);
+}
+
+} // namespace
+
+StudioModalWindowController::StudioModalWindowController(const Collaborators &collaborators)
+    : m_with(collaborators)
+    , m_requests({.config = m_with.config, .workspace = m_with.workspace, .filePanels = m_with.filePanels})
+{
+    m_timeOut.setSingleShot(true);
+    m_timeOut.callOnTimeout(this, [this] {
+        m_view->stop();
+        failed(ViewTrouble::unreachable, QStringLiteral("no answer in time"));
+    });
+}
+
+StudioModalWindowController::~StudioModalWindowController()
+{
+    // The view goes before the window that it is in.
+    m_view.reset();
+}
+
+StudioModalWindowController &StudioModalWindowController::shared()
+{
+    Q_ASSERT_X(sharedController, "StudioModalWindowController::shared", "called before the composition root made it");
+    return *sharedController;
+}
+
+void StudioModalWindowController::setShared(StudioModalWindowController *controller)
+{
+    sharedController = controller;
+}
+
+void StudioModalWindowController::present(const Image &image, const QString &screenshotId, ExportHandler handler)
+{
+    encodeAndShow(image, screenshotId, std::move(handler));
+}
+
+QCoro::Task<> StudioModalWindowController::encodeAndShow(Image image, QString id, ExportHandler handler)
+{
+    const quint64 number = ++m_asked;
+    const std::function<std::optional<QByteArray>()> work = [image] { return encoded(image); };
+    std::optional<QByteArray> dataURL;
+    try {
+        dataURL = co_await m_work.run<std::optional<QByteArray>>(work);
+    } catch (const TransportError &) {
+        co_return;
+    }
+    if (!dataURL) {
+        qWarning("LumenFold: could not encode screenshot for the in-app editor.");
+        co_return;
+    }
+    if (number < m_shown) {
+        // A later one was quicker.
+        co_return;
+    }
+    m_shown = number;
+    pendingDataURL = *std::move(dataURL);
+    pendingScreenshotId = id;
+    onExport = std::move(handler);
+    m_image = image;
+    m_screenshotId = id;
+
+    if (m_view && hasLoaded) {
+        deliverImage();
+    }
+    if (!m_window) {
+        makeWindow();
+    } else if (m_view && m_window->showsNotice()) {
+        m_window->showWaiting();
+        reload();
+    }
+    bringForward();
+    if (!m_view && !m_isLoadingModule) {
+        loadModuleAndPage();
+    }
+}
+
+void StudioModalWindowController::makeWindow()
+{
+    m_window = std::make_unique<StudioWindow>();
+    m_requests.setWindow(m_window.get());
+    connect(m_window.get(), &StudioWindow::closing, this, &StudioModalWindowController::windowWillClose);
+    connect(m_window.get(), &StudioWindow::inputReceived, &m_requests, &PageRequests::noteInput);
+}
+
+QCoro::Task<> StudioModalWindowController::loadModuleAndPage()
+{
+    using Loaded = tl::expected<MakeEditorView, EditorModuleTrouble>;
+    const QPointer window(m_window.get());
+    m_isLoadingModule = true;
+    m_window->showWaiting();
+    const std::function<Loaded()> work = m_with.loadModule;
+    Loaded loaded;
+    try {
+        loaded = co_await m_work.run<Loaded>(work);
+    } catch (const TransportError &) {
+        co_return;
+    }
+    m_isLoadingModule = false;
+    if (!window) {
+        // It was closed; one that was opened meanwhile waits for this.
+        if (m_window) {
+            loadModuleAndPage();
+        }
+        co_return;
+    }
+    if (!loaded) {
+        qWarning().noquote().nospace() << "LumenFold: the editor cannot be opened: " << loaded.error().reason;
+        explain(loaded.error());
+        co_return;
+    }
+    makeView(*loaded);
+    reload();
+}
+
+void StudioModalWindowController::makeView(const MakeEditorView &make)
+{
+    m_view = make(
+        {
+            .bridgeScript = bridgeScript(editorOrigin(m_with.config.editorBaseURL())),
+            .loadingBackgroundScript = loadingBackgroundScript(),
+            .messageNames = {loadedMessageName.toString(), imageMessageName.toString()},
+            .background = StudioWindow::loadingBackground,
+        },
+        *this, m_window->stage());
+}
+
+QCoro::Task<> StudioModalWindowController::reload()
+{
+    const QPointer self(this);
+    const QPointer window(m_window.get());
+    const std::optional<QString> key = co_await m_with.auth.requestApiKey();
+    if (!self || !window || !m_view) {
+        co_return;
+    }
+    hasLoaded = false;
+    m_timeOut.start(m_with.patience);
+    m_view->load(m_with.config.embeddedEditorURL(key));
+}
+
+void StudioModalWindowController::bringForward()
+{
+    if (m_with.workspace.activationPolicy() != ActivationPolicy::regular) {
+        m_with.workspace.setActivationPolicy(ActivationPolicy::regular);
+    }
+    m_isHiddenForCapture = false;
+    m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
+    m_window->show();
+    m_with.workspace.activateIgnoringOtherApps();
+    m_window->activateWindow();
+}
+
+bool StudioModalWindowController::hideForCapture()
+{
+    if (!m_window || !m_window->isVisible() || m_window->isMinimized()) {
+        return false;
+    }
+    m_isHiddenForCapture = true;
+    m_window->hide();
+    return true;
+}
+
+void StudioModalWindowController::restoreAfterCapture()
+{
+    if (m_window) {
+        bringForward();
+    }
+}
+
+void StudioModalWindowController::windowWillClose()
+{
+    if (m_requests.isChoosing()) {
+        // The page's call waits for the panel, and must find its way back before the page goes.
+        m_closesAfterChoosing = true;
+        m_requests.cancelChoosing();
+        return;
+    }
+    if (!m_window) {
+        return;
+    }
+    m_timeOut.stop();
+    m_requests.setWindow(nullptr);
+    if (m_view) {
+        m_view->stop();
+        m_view.reset();
+    }
+    // It is telling that it closes.
+    m_window.release()->deleteLater();
+    pendingDataURL.clear();
+    pendingScreenshotId.clear();
+    onExport = nullptr;
+    hasLoaded = false;
+    m_image = {};
+    m_screenshotId.clear();
+    m_assembly.forget();
+    m_isHiddenForCapture = false;
+    m_with.workspace.setActivationPolicy(ActivationPolicy::accessory);
+}
+
+void StudioModalWindowController::deliverImage()
+{
+    if (!m_view || pendingDataURL.isEmpty()) {
+        return;
+    }
+    const auto isWanted = [this] { return isTrustedAddress(m_view->address(), m_with.config.editorBaseURL()); };
+    if (!isWanted()) {
+        qWarning("LumenFold: editor window is not on the trusted origin; withholding screenshot.");
+        return;
+    }
+    const QByteArray members = handOverMembers({.screenshotId = pendingScreenshotId,
+                                                .apiKey = m_with.auth.apiKey(),
+                                                .templateId = m_with.templates.selectedId()});
+    m_view->handOver(members, std::exchange(pendingDataURL, {}), editorOrigin(m_with.config.editorBaseURL()), isWanted,
+                     [](const QString &trouble) {
+                         if (!trouble.isEmpty()) {
+                             qWarning().noquote().nospace() << "LumenFold: failed to hand image to editor: " << trouble;
+                         }
+                     });
+    pendingScreenshotId.clear();
+}
+
+void StudioModalWindowController::documentCreated()
+{
+    hasLoaded = false;
+    m_ignoredMessages = 0;
+    m_assembly.forget();
+    m_timeOut.stop();
+    m_window->showPage(m_view->widget());
+}
+
+bool StudioModalWindowController::messagePieceReceived(const QJsonObject &json)
+{
+    const std::optional<MessagePiece> piece = readMessagePiece(json);
+    if (!piece) {
+        return false;
+    }
+    if (!isTrusted(*piece)) {
+        m_assembly.forget();
+        noteIgnoredMessage();
+        return false;
+    }
+    switch (m_assembly.add(*piece)) {
+    case MessageAssembly::Outcome::incomplete:
+        return true;
+    case MessageAssembly::Outcome::refused:
+        return false;
+    case MessageAssembly::Outcome::complete:
+        break;
+    }
+    PageMessage message = m_assembly.take();
+    if (message.name == loadedMessageName) {
+        hasLoaded = true;
+        deliverImage();
+    } else if (message.name == imageMessageName && message.body) {
+        takeExport(*std::move(message.body));
+    }
+    return true;
+}
+
+bool StudioModalWindowController::isTrusted(const MessagePiece &piece) const
+{
+    const QUrl base = m_with.config.editorBaseURL();
+    // What the engine said of the document when the message was posted, and what it says of the page now.
+    return isTrustedOrigin(readSecurityOrigin(piece.origin), base) && isTrustedAddress(m_view->address(), base);
+}
+
+void StudioModalWindowController::noteIgnoredMessage()
+{
+    if (++m_ignoredMessages <= loggedIgnoredMessages) {
+        qWarning("LumenFold: ignored editor message from an untrusted frame or origin.");
+    }
+}
+
+bool StudioModalWindowController::isShown() const
+{
+    return m_window && (m_window->isVisible() || m_isHiddenForCapture);
+}
+
+QCoro::Task<> StudioModalWindowController::takeExport(QByteArray dataURL)
+{
+    // A page that exports in a loop makes one card for each time that the user opened it, and not more.
+    if (!isShown() || m_isTakingExport) {
+        co_return;
+    }
+    const QPointer window(m_window.get());
+    const ExportHandler handler = onExport;
+    const std::function<std::optional<Image>()> work = [dataURL] { return readPicture(dataURL); };
+    m_isTakingExport = true;
+    std::optional<Image> picture;
+    try {
+        picture = co_await m_work.run<std::optional<Image>>(work);
+    } catch (const TransportError &) {
+        co_return;
+    }
+    m_isTakingExport = false;
+    if (!picture) {
+        co_return;
+    }
+    if (picture->isNull()) {
+        qWarning("LumenFold: could not decode exported image from the editor.");
+        co_return;
+    }
+    // A window that was closed meanwhile had been told what to do with it.
+    if (window) {
+        m_isHiddenForCapture = false;
+        window->hide();
+        m_with.workspace.setActivationPolicy(ActivationPolicy::accessory);
+    }
+    if (handler) {
+        handler(*picture);
+    }
+}
+
+bool StudioModalWindowController::allowsNavigation(const QUrl &address, NavigationKind kind)
+{
+    return m_requests.allowsNavigation(address, kind);
+}
+
+void StudioModalWindowController::newWindowRequested(const QUrl &address)
+{
+    m_requests.openWindow(address);
+}
+
+void StudioModalWindowController::fileOffered(std::unique_ptr<OfferedFile> file)
+{
+    m_requests.saveFile(std::move(file));
+}
+
+QStringList StudioModalWindowController::chooseFiles(bool several)
+{
+    const QPointer self(this);
+    QStringList chosen = m_requests.chooseFiles(several);
+    if (self && std::exchange(m_closesAfterChoosing, false)) {
+        QMetaObject::invokeMethod(this, &StudioModalWindowController::windowWillClose, Qt::QueuedConnection);
+    }
+    return chosen;
+}
+
+void StudioModalWindowController::failed(ViewTrouble trouble, const QString &reason)
+{
+    m_timeOut.stop();
+    hasLoaded = false;
+    qWarning().noquote().nospace() << "LumenFold: the editor's page is not there: " << reason;
+    explain(trouble);
+}
+
+void StudioModalWindowController::retry()
+{
+    if (!m_window) {
+        return;
+    }
+    m_window->showWaiting();
+    if (m_view) {
+        reload();
+    }
+    if (pendingDataURL.isEmpty() && !m_image.isNull()) {
+        present(m_image, m_screenshotId, onExport);
+    } else if (!m_view && !m_isLoadingModule) {
+        loadModuleAndPage();
+    }
+}
+
+StudioWindow::Button StudioModalWindowController::browserButton()
+{
+    return {tr("Always Edit in the Browser"), [this] {
+                m_with.config.setEditorLocation(EditorLocation::browser);
+                if (m_window) {
+                    m_window->close();
+                }
+            }};
+}
+
+void StudioModalWindowController::explain(const EditorModuleTrouble &trouble)
+{
+    const StudioWindow::Button tryAgain{tr("Try Again"), [this] { retry(); }};
+    switch (trouble.kind) {
+    case EditorModuleTrouble::Kind::missing:
+        m_window->showNotice({tr("The editor is not installed"),
+                              tr("The editor needs Qt WebEngine, which is missing on this computer or does not fit "
+                                 "LumenFold. Install it (on Debian and Ubuntu, the package libqt6webenginewidgets6), "
+                                 "or edit in the browser."),
+                              {tryAgain, browserButton()}});
+        break;
+    case EditorModuleTrouble::Kind::superuser:
+        m_window->showNotice({tr("The editor does not open for the superuser"),
+                              tr("Web pages are shown behind the walls of a sandbox, which programs of the superuser "
+                                 "(root) cannot have. Start LumenFold as an ordinary user, or edit in the browser."),
+                              {browserButton()}});
+        break;
+    case EditorModuleTrouble::Kind::noSandbox:
+        m_window->showNotice({tr("The editor cannot be opened safely"),
+                              tr("Web pages are shown behind the walls of a sandbox, and this system does not let "
+                                 "programs make one (it keeps user namespaces from ordinary programs). Edit in the "
+                                 "browser, or ask whoever looks after this computer."),
+                              {browserButton()}});
+        break;
+    }
+}
+
+void StudioModalWindowController::explain(ViewTrouble trouble)
+{
+    const StudioWindow::Button tryAgain{tr("Try Again"), [this] { retry(); }};
+    const StudioWindow::Button reloadIt{tr("Reload"), [this] { retry(); }};
+    switch (trouble) {
+    case ViewTrouble::unreachable:
+        m_window->showNotice({tr("The editor cannot be reached"),
+                              tr("Check your connection and try again. Your screenshot stays on its card."),
+                              {tryAgain}});
+        break;
+    case ViewTrouble::untrustedServer:
+        m_window->showNotice({tr("The editor's server cannot be trusted"),
+                              tr("It does not prove that it is the one it claims to be, so nothing was sent to it. "
+                                 "Somebody may be listening in this network. Your screenshot stays on its card."),
+                              {tryAgain}});
+        break;
+    case ViewTrouble::ended:
+        m_window->showNotice({tr("The editor has stopped working"),
+                              tr("Reload it to begin again. Your screenshot stays on its card."),
+                              {reloadIt}});
+        break;
+    }
+}
+
+} // namespace lumenfold

@@ -1,0 +1,171 @@
+#include "editor/StudioWindow.h"
+
+#include "app/theme/Spinner.h"
+#include "app/theme/WindowTheme.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace lumenfold {
+namespace {
+
+constexpr QSize windowSize{1200, 800};
+constexpr QSize minimumWindowSize{760, 560};
+constexpr int widthOfNotice = 460;
+constexpr double titleScale = 1.4;
+
+/// Light writing on the page's dark ground, whatever the desktop's colours are.
+QPalette colorsOfWindow()
+{
+    QPalette colors = windowPalette(ColorScheme::dark);
+    colors.setColor(QPalette::Window, StudioWindow::loadingBackground);
+    return colors;
+}
+
+QWidget *centred(QWidget *content)
+{
+    auto *around = new QWidget;
+    auto *layout = new QVBoxLayout(around);
+    layout->addStretch();
+    layout->addWidget(content, 0, Qt::AlignHCenter);
+    layout->addStretch();
+    return around;
+}
+
+QLabel *makeLabel()
+{
+    auto *label = new QLabel;
+    // What is shown may hold the words of a server; none of it is markup.
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setAlignment(Qt::AlignHCenter);
+    label->setFixedWidth(widthOfNotice);
+    return label;
+}
+
+} // namespace
+
+StudioWindow::StudioWindow()
+    : m_layout(new QStackedLayout(this))
+    , m_spinner(new Spinner)
+    , m_stage(new QWidget)
+    , m_title(makeLabel())
+    , m_text(makeLabel())
+    , m_buttons(new QWidget)
+{
+    setWindowTitle(tr("Edit in LumenFold"));
+    setPalette(colorsOfWindow());
+    setAutoFillBackground(true);
+    setMinimumSize(minimumWindowSize);
+
+    m_waiting = centred(m_spinner);
+    auto *stageLayout = new QVBoxLayout(m_stage);
+    stageLayout->setContentsMargins({});
+
+    auto *words = new QWidget;
+    auto *layout = new QVBoxLayout(words);
+    constexpr int gap = 12;
+    layout->setSpacing(gap);
+    QFont font = m_title->font();
+    font.setPointSizeF(font.pointSizeF() * titleScale);
+    font.setBold(true);
+    m_title->setFont(font);
+    layout->addWidget(m_title);
+    layout->addWidget(m_text);
+    layout->addSpacing(gap);
+    layout->addWidget(m_buttons);
+    m_notice = centred(words);
+    auto *buttons = new QHBoxLayout(m_buttons);
+    buttons->setContentsMargins({});
+    buttons->setAlignment(Qt::AlignHCenter);
+
+    for (QWidget *each : {m_waiting, m_stage, m_notice}) {
+        m_layout->addWidget(each);
+    }
+    showWaiting();
+
+    const QRect free = screen()->availableGeometry();
+    resize(windowSize.boundedTo(free.size()).expandedTo(minimumWindowSize));
+    move(free.center() - rect().center());
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+void StudioWindow::showWaiting()
+{
+    m_spinner->setSpinning(true);
+    m_layout->setCurrentWidget(m_waiting);
+}
+
+void StudioWindow::showPage(QWidget *page)
+{
+    m_spinner->setSpinning(false);
+    if (page->parentWidget() != m_stage || m_stage->layout()->indexOf(page) < 0) {
+        m_stage->layout()->addWidget(page);
+    }
+    m_layout->setCurrentWidget(m_stage);
+    page->setFocus();
+}
+
+void StudioWindow::showNotice(const Notice &notice)
+{
+    m_spinner->setSpinning(false);
+    m_title->setText(notice.title);
+    m_text->setText(notice.text);
+    qDeleteAll(m_buttons->findChildren<QPushButton *>(Qt::FindDirectChildrenOnly));
+    for (const Button &button : notice.buttons) {
+        auto *made = new QPushButton(button.text, m_buttons);
+        made->setAutoDefault(true);
+        // Later, because the action may take the button away.
+        connect(made, &QPushButton::clicked, this, button.action, Qt::QueuedConnection);
+        m_buttons->layout()->addWidget(made);
+        if (m_buttons->layout()->count() == 1) {
+            made->setDefault(true);
+            made->setFocus();
+        }
+    }
+    m_layout->setCurrentWidget(m_notice);
+    if (QAccessible::isActive()) {
+        QAccessibleEvent alert(m_title, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
+}
+
+bool StudioWindow::showsNotice() const
+{
+    return m_layout->currentWidget() == m_notice;
+}
+
+void StudioWindow::closeEvent(QCloseEvent *event)
+{
+    event->accept();
+    Q_EMIT closing();
+}
+
+bool StudioWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::KeyPress:
+    case QEvent::TouchBegin:
+    case QEvent::TabletPress:
+    case QEvent::Drop:
+        if (watched->isWidgetType() && static_cast<const QWidget *>(watched)->window() == this) {
+            Q_EMIT inputReceived();
+        }
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+} // namespace lumenfold

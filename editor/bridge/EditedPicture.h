@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/image/Image.h"
+
+#include <QByteArray>
+
+namespace lumenfold {
+
+/// The picture in these bytes: PNG, JPEG, and WebP where the toolkit reads it. Trusts nothing: what is of another kind,
+/// too large, broken or cut short is no picture. Reads all of it; any thread but the main one.
+[[nodiscard]] Image readEditedPicture(const QByteArray &bytes);
+
+} // namespace lumenfold

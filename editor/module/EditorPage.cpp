@@ -1,0 +1,192 @@
+#include "editor/module/EditorPage.h"
+
+#include <QFileInfo>
+#include <QPointer>
+#include <QWebEngineCertificateError>
+#include <QWebEngineClientCertificateSelection>
+#include <QWebEngineDownloadRequest>
+#include <QWebEngineFileSystemAccessRequest>
+#include <QWebEngineFullScreenRequest>
+#include <QWebEngineLoadingInfo>
+#include <QWebEngineNewWindowRequest>
+#include <QWebEngineProfile>
+#include <QWebEngineQuotaRequest>
+#include <QWebEngineRegisterProtocolHandlerRequest>
+#include <QWebEngineSettings>
+
+#include <array>
+#include <utility>
+
+namespace lumenfold {
+namespace {
+
+class Download : public OfferedFile {
+public:
+    explicit Download(QWebEngineDownloadRequest *download) : m_download(download) {}
+    ~Download() override
+    {
+        if (m_download && m_download->state() == QWebEngineDownloadRequest::DownloadRequested) {
+            m_download->cancel();
+        }
+    }
+
+    [[nodiscard]] QUrl address() const override { return m_download ? m_download->url() : QUrl(); }
+    [[nodiscard]] QString mimeType() const override { return m_download ? m_download->mimeType() : QString(); }
+    [[nodiscard]] QString suggestedName() const override
+    {
+        return m_download ? m_download->suggestedFileName() : QString();
+    }
+
+    void saveAs(const QString &path, std::function<void(QString reason)> failed) override
+    {
+        if (!m_download) {
+            failed(EditorPage::tr("the page is gone"));
+            return;
+        }
+        const QFileInfo file(path);
+        m_download->setDownloadDirectory(file.path());
+        m_download->setDownloadFileName(file.fileName());
+        QObject::connect(m_download, &QWebEngineDownloadRequest::stateChanged, m_download,
+                         [download = m_download.data(), failed](QWebEngineDownloadRequest::DownloadState state) {
+                             if (state == QWebEngineDownloadRequest::DownloadInterrupted) {
+                                 failed(download->interruptReasonString());
+                             }
+                         });
+        m_download->accept();
+    }
+
+private:
+    QPointer<QWebEngineDownloadRequest> m_download;
+};
+
+} // namespace
+
+EditorPage::EditorPage(QWebEngineProfile *profile, EditorViewClient &client) : QWebEnginePage(profile), m_client(client)
+{
+    struct Setting {
+        QWebEngineSettings::WebAttribute attribute;
+        bool isOn;
+    };
+    static constexpr std::array values{
+        Setting{QWebEngineSettings::ErrorPageEnabled, false},
+        Setting{QWebEngineSettings::PluginsEnabled, false},
+        Setting{QWebEngineSettings::PdfViewerEnabled, false},
+        Setting{QWebEngineSettings::FullScreenSupportEnabled, false},
+        Setting{QWebEngineSettings::ScreenCaptureEnabled, false},
+        Setting{QWebEngineSettings::LocalContentCanAccessRemoteUrls, false},
+        Setting{QWebEngineSettings::LocalContentCanAccessFileUrls, false},
+        Setting{QWebEngineSettings::JavascriptCanAccessClipboard, false},
+        Setting{QWebEngineSettings::JavascriptCanPaste, false},
+        Setting{QWebEngineSettings::AllowRunningInsecureContent, false},
+        Setting{QWebEngineSettings::AllowGeolocationOnInsecureOrigins, false},
+        Setting{QWebEngineSettings::AllowWindowActivationFromJavaScript, false},
+        Setting{QWebEngineSettings::HyperlinkAuditingEnabled, false},
+        Setting{QWebEngineSettings::DnsPrefetchEnabled, false},
+        Setting{QWebEngineSettings::WebRTCPublicInterfacesOnly, true},
+        Setting{QWebEngineSettings::PlaybackRequiresUserGesture, true},
+        // A file that is dropped beside the place for it must not take the page away.
+        Setting{QWebEngineSettings::NavigateOnDropEnabled, false},
+    };
+    for (const Setting &value : values) {
+        settings()->setAttribute(value.attribute, value.isOn);
+    }
+    settings()->setUnknownUrlSchemePolicy(QWebEngineSettings::DisallowUnknownUrlSchemes);
+
+    refusePermissions();
+    reportTroubles();
+    connect(profile, &QWebEngineProfile::downloadRequested, this, &EditorPage::offer);
+    connect(this, &QWebEnginePage::newWindowRequested, this,
+            [this](QWebEngineNewWindowRequest &request) { m_client.newWindowRequested(request.requestedUrl()); });
+}
+
+void EditorPage::refusePermissions()
+{
+    connect(this, &QWebEnginePage::featurePermissionRequested, this, [this](const QUrl &origin, Feature feature) {
+        setFeaturePermission(origin, feature, PermissionDeniedByUser);
+    });
+    connect(this, &QWebEnginePage::fullScreenRequested, this,
+            [](QWebEngineFullScreenRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::quotaRequested, this, [](QWebEngineQuotaRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::registerProtocolHandlerRequested, this,
+            [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::fileSystemAccessRequested, this,
+            [](QWebEngineFileSystemAccessRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::selectClientCertificate, this,
+            [](QWebEngineClientCertificateSelection selection) { selection.selectNone(); });
+    connect(this, &QWebEnginePage::certificateError, this, [this](QWebEngineCertificateError error) {
+        error.rejectCertificate();
+        m_certificateRefused = true;
+    });
+}
+
+void EditorPage::reportTroubles()
+{
+    connect(this, &QWebEnginePage::loadingChanged, this, [this](const QWebEngineLoadingInfo &info) {
+        if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus) {
+            m_certificateRefused = false;
+        }
+        // What the server itself says of a page that it does not have is shown as any other page.
+        const bool isTrouble = info.status() == QWebEngineLoadingInfo::LoadFailedStatus &&
+                               info.errorDomain() != QWebEngineLoadingInfo::HttpStatusCodeDomain;
+        constexpr int aborted = -3;
+        if (!isTrouble || info.errorCode() == aborted) {
+            return;
+        }
+        const bool isUntrusted =
+            m_certificateRefused || info.errorDomain() == QWebEngineLoadingInfo::CertificateErrorDomain;
+        m_client.failed(isUntrusted ? ViewTrouble::untrustedServer : ViewTrouble::unreachable, info.errorString());
+    });
+    connect(this, &QWebEnginePage::renderProcessTerminated, this, [this](RenderProcessTerminationStatus status, int) {
+        if (status != NormalTerminationStatus) {
+            m_client.failed(ViewTrouble::ended, QStringLiteral("its process has ended"));
+        }
+    });
+}
+
+QWebEnginePage *EditorPage::createWindow(WebWindowType)
+{
+    return nullptr;
+}
+
+QStringList EditorPage::chooseFiles(FileSelectionMode mode, const QStringList &, const QStringList &)
+{
+    if (mode != FileSelectOpen && mode != FileSelectOpenMultiple) {
+        return {};
+    }
+    return m_client.chooseFiles(mode == FileSelectOpenMultiple);
+}
+
+bool EditorPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool)
+{
+    return m_client.allowsNavigation(url, type == NavigationTypeLinkClicked ? NavigationKind::linkClicked
+                                                                            : NavigationKind::other);
+}
+
+void EditorPage::javaScriptAlert(const QUrl &, const QString &) {}
+
+bool EditorPage::javaScriptConfirm(const QUrl &, const QString &)
+{
+    return false;
+}
+
+bool EditorPage::javaScriptPrompt(const QUrl &, const QString &, const QString &, QString *)
+{
+    return false;
+}
+
+void EditorPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString &, int, const QString &) {}
+
+void EditorPage::offer(QWebEngineDownloadRequest *download)
+{
+    // A data address that is short enough comes whole.
+    constexpr qsizetype whole = 1024 * 1024;
+    const QUrl address = download->url();
+    if (address.scheme() == u"data" && address.toEncoded().size() < whole && address.toEncoded().contains(',')) {
+        download->cancel();
+        (void)m_client.allowsNavigation(address, NavigationKind::other);
+        return;
+    }
+    m_client.fileOffered(std::make_unique<Download>(download));
+}
+
+} // namespace lumenfold

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "editor/EditorView.h"
+
+#include <QList>
+#include <QPointer>
+#include <QWidget>
+
+namespace lumenfold::test {
+
+/// A page that a test plays.
+class FakeEditorView : public EditorView {
+public:
+    struct Delivery {
+        QByteArray members;
+        QByteArray dataURL;
+        QString origin;
+        std::function<void(QString)> done;
+    };
+    /// Outlives the views, which come and go.
+    struct Log {
+        QList<EditorView::Options> made;
+        QList<QUrl> loads;
+        QList<Delivery> deliveries;
+        int stops = 0;
+        /// The one that there is now.
+        FakeEditorView *view = nullptr;
+
+        [[nodiscard]] MakeEditorView maker()
+        {
+            return [this](const EditorView::Options &options, EditorViewClient &client, QWidget *parent) {
+                return std::make_unique<FakeEditorView>(*this, options, client, parent);
+            };
+        }
+    };
+
+    FakeEditorView(Log &log, const Options &options, EditorViewClient &client, QWidget *parent)
+        : m_log(log), m_client(client), m_widget(new QWidget(parent))
+    {
+        log.made.append(options);
+        log.view = this;
+    }
+    ~FakeEditorView() override
+    {
+        m_log.view = nullptr;
+        delete m_widget;
+    }
+
+    [[nodiscard]] QWidget *widget() const override { return m_widget; }
+    [[nodiscard]] QUrl address() const override { return shown; }
+    void load(const QUrl &address) override { m_log.loads.append(address); }
+    void stop() override { ++m_log.stops; }
+    void handOver(const QByteArray &members, const QByteArray &dataURL, const QString &origin, std::function<bool()>,
+                  std::function<void(QString)> done) override
+    {
+        m_log.deliveries.append({members, dataURL, origin, std::move(done)});
+    }
+
+    [[nodiscard]] EditorViewClient &client() const { return m_client; }
+
+    /// A document of that address is there.
+    void show(const QUrl &address)
+    {
+        shown = address;
+        document = QStringLiteral("document %1").arg(++m_documents);
+        m_client.documentCreated();
+    }
+    /// What our script in the page sends for a message. True if it was taken to its end.
+    bool post(const QString &name, const std::optional<QString> &text, const QString &origin) // NOLINT
+    {
+        const QJsonValue body = text ? QJsonValue(*text) : QJsonValue();
+        return m_client.messagePieceReceived({{QStringLiteral("document"), document},
+                                              {QStringLiteral("message"), m_messages++},
+                                              {QStringLiteral("index"), 0},
+                                              {QStringLiteral("length"), text ? text->size() : 0},
+                                              {QStringLiteral("name"), name},
+                                              {QStringLiteral("origin"), origin},
+                                              {QStringLiteral("text"), body},
+                                              {QStringLiteral("last"), true}});
+    }
+
+    QUrl shown;
+    QString document;
+
+private:
+    Log &m_log;
+    EditorViewClient &m_client;
+    QPointer<QWidget> m_widget;
+    int m_messages = 0;
+    int m_documents = 0;
+};
+
+} // namespace lumenfold::test

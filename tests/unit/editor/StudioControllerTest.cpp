@@ -1,0 +1,311 @@
+#include "tests/support/desktop/Wait.h"
+#include "tests/support/unit/LogWatch.h"
+#include "tests/unit/editor/StudioControllerFixture.h"
+
+#include <QJsonDocument>
+
+namespace lumenfold::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using ::testing::SizeIs;
+
+const QString ignored = u"LumenFold: ignored editor message from an untrusted frame or origin."_s;
+
+QJsonObject membersOf(const FakeEditorView::Delivery &delivery)
+{
+    return QJsonDocument::fromJson(delivery.members).object();
+}
+
+TEST_F(StudioControllerTest, OpensAWindowWithTheEditor)
+{
+    presentAndLoad(4, u"1"_s);
+    ASSERT_NE(window(), nullptr);
+    EXPECT_TRUE(window()->isVisible());
+    EXPECT_EQ(window()->windowTitle(), u"Edit in LumenFold"_s);
+    EXPECT_EQ(window()->minimumSize(), QSize(760, 560));
+    EXPECT_EQ(window()->palette().color(QPalette::Window), QColor(23, 25, 35));
+    EXPECT_EQ(page.loads, QList{QUrl(u"https://www.example.org/integration/electron?apiKey=demo-key"_s)});
+    EXPECT_EQ(workspace.activationPolicy(), ActivationPolicy::regular);
+    ASSERT_EQ(page.made.size(), 1);
+    EXPECT_TRUE(page.made[0].bridgeScript.contains(u"EXPECTED_ORIGIN = 'https://www.example.org'"_s));
+    EXPECT_EQ(page.made[0].messageNames, (QStringList{u"lumenfoldLoaded"_s, u"lumenfoldImage"_s}));
+}
+
+TEST_F(StudioControllerTest, HandsTheScreenshotOverWhenThePageSaysThatItIsThere)
+{
+    templates.selected = u"template-7"_s;
+    const Image image = presentAndLoad(4, u"1"_s);
+    EXPECT_TRUE(page.deliveries.isEmpty());
+    sayLoaded();
+    ASSERT_EQ(page.deliveries.size(), 1);
+    EXPECT_TRUE(isDelivered(image, 0));
+    EXPECT_EQ(page.deliveries[0].origin, origin);
+    EXPECT_EQ(membersOf(page.deliveries[0]), (QJsonObject{{u"type"_s, u"hello"_s},
+                                                          {u"provider"_s, u"electron"_s},
+                                                          {u"screenshotId"_s, u"1"_s},
+                                                          {u"apiKey"_s, u"demo-key"_s},
+                                                          {u"templateId"_s, u"template-7"_s}}));
+    // Once for each time it is presented.
+    sayLoaded();
+    EXPECT_EQ(page.deliveries.size(), 1);
+}
+
+TEST_F(StudioControllerTest, ASecondScreenshotGoesToTheLoadedPageAtOnce)
+{
+    presentAndLoad(4, u"1"_s);
+    sayLoaded();
+    const Image second = present(5, u"2"_s);
+    EXPECT_TRUE(isDelivered(second, 1));
+    EXPECT_EQ(page.loads.size(), 1);
+    EXPECT_EQ(page.made.size(), 1);
+}
+
+TEST_F(StudioControllerTest, OfScreenshotsPresentedWhileThePageLoadsItGetsTheLatest)
+{
+    presentAndLoad(4, u"1"_s);
+    const Image second = present(5, u"2"_s);
+    EXPECT_TRUE(page.deliveries.isEmpty());
+    sayLoaded();
+    ASSERT_EQ(page.deliveries.size(), 1);
+    EXPECT_TRUE(isDelivered(second, 0));
+    EXPECT_EQ(membersOf(page.deliveries[0]).value(u"screenshotId").toString(), u"2"_s);
+}
+
+TEST_F(StudioControllerTest, APictureThatCannotBeEncodedOpensNothing)
+{
+    expectLogLine(u"LumenFold: could not encode screenshot for the in-app editor."_s);
+    controller->present(Image::withoutRepresentation({4, 3}), u"1"_s, {});
+    ASSERT_TRUE(waitFor([] { return !logLines().isEmpty(); }));
+    EXPECT_EQ(window(), nullptr);
+    EXPECT_EQ(workspace.activations, 0);
+}
+
+TEST_F(StudioControllerTest, WithoutAKeyThereIsNoneInTheAddress)
+{
+    store.removeFromOutside({.service = KeychainHelper::service, .account = AuthService::keychainKey});
+    presentAndLoad(4, QString());
+    EXPECT_EQ(page.loads, QList{QUrl(u"https://www.example.org/integration/electron"_s)});
+    sayLoaded();
+    EXPECT_EQ(membersOf(page.deliveries[0]), (QJsonObject{{u"type"_s, u"hello"_s}, {u"provider"_s, u"electron"_s}}));
+}
+
+TEST_F(StudioControllerTest, AnExportHidesTheWindowAndHandsThePictureBack)
+{
+    presentAndLoad(4, u"1"_s);
+    sayLoaded();
+    const Image edited = picture(9);
+    EXPECT_TRUE(exportImage(dataURLOf(edited)));
+    ASSERT_TRUE(waitFor([&] { return !exported.empty(); }));
+    EXPECT_EQ(exported[0].pngData(), edited.pngData());
+    EXPECT_FALSE(window()->isVisible());
+    EXPECT_EQ(workspace.activationPolicy(), ActivationPolicy::accessory);
+    // The page stays for the next time.
+    const Image second = present(5, u"2"_s);
+    EXPECT_TRUE(window()->isVisible());
+    EXPECT_TRUE(isDelivered(second, 1));
+    EXPECT_EQ(page.loads.size(), 1);
+}
+
+TEST_F(StudioControllerTest, AnExportWithoutACommaDoesNothingAndSaysNothing)
+{
+    presentAndLoad(4, u"1"_s);
+    exportImage(u"no picture"_s);
+    exportImage(QString());
+    EXPECT_TRUE(staysTrue([&] { return window()->isVisible() && exported.empty(); }, 50ms));
+    EXPECT_TRUE(logLines().isEmpty());
+}
+
+TEST_F(StudioControllerTest, AnExportThatIsNoPictureLeavesTheWindowOpen)
+{
+    const QString line = u"LumenFold: could not decode exported image from the editor."_s;
+    expectLogLine(line, 2);
+    presentAndLoad(4, u"1"_s);
+    exportImage(u"data:image/png;base64,!"_s);
+    ASSERT_TRUE(waitFor([&] { return logLines().count(line) == 1; }));
+    exportImage(u"data:image/png;base64,QUJD"_s);
+    ASSERT_TRUE(waitFor([&] { return logLines().count(line) == 2; }));
+    EXPECT_TRUE(window()->isVisible());
+    EXPECT_TRUE(exported.empty());
+    EXPECT_TRUE(view().post(u"lumenfoldImage"_s, std::nullopt, origin));
+    EXPECT_TRUE(exported.empty());
+}
+
+TEST_F(StudioControllerTest, APageThatExportsInALoopMakesOneCardForEachTimeItIsShown)
+{
+    presentAndLoad(4, u"1"_s);
+    sayLoaded();
+    for (int count = 0; count < 100; ++count) {
+        exportImage(dataURLOf(picture(9)));
+    }
+    ASSERT_TRUE(waitFor([&] { return !exported.empty(); }));
+    for (int count = 0; count < 100; ++count) {
+        exportImage(dataURLOf(picture(9)));
+    }
+    EXPECT_TRUE(staysTrue([&] { return exported.size() == 1; }, 50ms));
+}
+
+TEST_F(StudioControllerTest, APictureThatWasExportedBeforeTheWindowClosedIsNotLost)
+{
+    presentAndLoad(4, u"1"_s);
+    sayLoaded();
+    exportImage(dataURLOf(picture(9)));
+    closeWindow();
+    EXPECT_TRUE(waitFor([&] { return exported.size() == 1; }));
+    EXPECT_EQ(window(), nullptr);
+}
+
+TEST_F(StudioControllerTest, MessagesOfOtherOriginsAreIgnored)
+{
+    presentAndLoad(4, u"1"_s);
+    expectLogLine(ignored, 4);
+    for (const QString &other :
+         {u"https://evil.example"_s, u"null"_s, u"http://www.example.org"_s, u"https://www.example.org:8443"_s}) {
+        EXPECT_FALSE(view().post(u"lumenfoldLoaded"_s, u"loaded"_s, other)) << qPrintable(other);
+    }
+    EXPECT_TRUE(page.deliveries.isEmpty());
+}
+
+TEST_F(StudioControllerTest, AMessageIsIgnoredWhenThePageIsElsewhereByNow)
+{
+    presentAndLoad(4, u"1"_s);
+    view().shown = QUrl(u"https://evil.example/"_s);
+    expectLogLine(ignored);
+    EXPECT_FALSE(view().post(u"lumenfoldLoaded"_s, u"loaded"_s, origin));
+    EXPECT_TRUE(page.deliveries.isEmpty());
+}
+
+TEST_F(StudioControllerTest, APageThatPostsAndPostsDoesNotFillTheLog)
+{
+    presentAndLoad(4, u"1"_s);
+    expectLogLine(ignored, 20);
+    for (int count = 0; count < 1000; ++count) {
+        EXPECT_FALSE(view().post(u"lumenfoldImage"_s, u"x"_s, u"https://evil.example"_s));
+    }
+}
+
+TEST_F(StudioControllerTest, TheScreenshotIsWithheldWhenThePageIsElsewhere)
+{
+    presentAndLoad(4, u"1"_s);
+    sayLoaded();
+    view().shown = QUrl(u"https://evil.example/"_s);
+    expectLogLine(u"LumenFold: editor window is not on the trusted origin; withholding screenshot."_s);
+    const Image second = present(5, u"2"_s);
+    EXPECT_EQ(page.deliveries.size(), 1);
+    // It is not lost.
+    view().show(QUrl(origin));
+    sayLoaded();
+    EXPECT_TRUE(isDelivered(second, 1));
+}
+
+TEST_F(StudioControllerTest, AnotherDocumentHasToSayThatItIsThereAgain)
+{
+    presentAndLoad(4, u"1"_s);
+    sayLoaded();
+    view().show(QUrl(origin + u"/reloaded"_s));
+    const Image second = present(5, u"2"_s);
+    EXPECT_EQ(page.deliveries.size(), 1);
+    sayLoaded();
+    EXPECT_TRUE(isDelivered(second, 1));
+}
+
+TEST_F(StudioControllerTest, AHandOverThatFailsIsInTheLog)
+{
+    presentAndLoad(4, u"1"_s);
+    sayLoaded();
+    expectLogLine(u"LumenFold: failed to hand image to editor: it broke"_s);
+    page.deliveries[0].done(QString());
+    page.deliveries[0].done(u"it broke"_s);
+}
+
+TEST_F(StudioControllerTest, AMessageWithAnUnknownNameDoesNothing)
+{
+    presentAndLoad(4, u"1"_s);
+    EXPECT_TRUE(view().post(u"other"_s, dataURLOf(picture(3)), origin));
+    EXPECT_TRUE(page.deliveries.isEmpty());
+    EXPECT_FALSE(static_cast<EditorViewClient &>(view().client()).messagePieceReceived({}));
+}
+
+TEST_F(StudioControllerTest, TheWindowIsHiddenForACaptureAndComesBack)
+{
+    EXPECT_FALSE(controller->hideForCapture());
+    presentAndLoad(4, u"1"_s);
+    for (int capture = 0; capture < 2; ++capture) {
+        EXPECT_TRUE(controller->hideForCapture());
+        EXPECT_FALSE(window()->isVisible());
+        EXPECT_FALSE(controller->hideForCapture());
+        controller->restoreAfterCapture();
+        EXPECT_TRUE(window()->isVisible());
+    }
+    closeWindow();
+    EXPECT_FALSE(controller->hideForCapture());
+    controller->restoreAfterCapture();
+    EXPECT_EQ(window(), nullptr);
+}
+
+TEST_F(StudioControllerTest, AnExportDuringACaptureCounts)
+{
+    presentAndLoad(4, u"1"_s);
+    EXPECT_TRUE(controller->hideForCapture());
+    exportImage(dataURLOf(picture(9)));
+    EXPECT_TRUE(waitFor([&] { return exported.size() == 1; }));
+}
+
+TEST_F(StudioControllerTest, ClosingTakesThePageAwayAndForgetsTheScreenshot)
+{
+    presentAndLoad(4, u"1"_s);
+    closeWindow();
+    EXPECT_EQ(window(), nullptr);
+    EXPECT_EQ(page.view, nullptr);
+    EXPECT_EQ(page.stops, 1);
+    EXPECT_EQ(workspace.activationPolicy(), ActivationPolicy::accessory);
+    // The next one is a new page with the new picture.
+    const Image second = presentAndLoad(5, u"2"_s);
+    EXPECT_EQ(page.made.size(), 2);
+    sayLoaded();
+    ASSERT_EQ(page.deliveries.size(), 1);
+    EXPECT_TRUE(isDelivered(second, 0));
+}
+
+TEST_F(StudioControllerTest, ClosingDuringTheLoadLeavesNothingBehind)
+{
+    present(4, u"1"_s);
+    closeWindow();
+    EXPECT_EQ(window(), nullptr);
+    EXPECT_TRUE(staysTrue([&] { return page.view == nullptr; }, 50ms));
+    presentAndLoad(5, u"2"_s);
+    EXPECT_NE(page.view, nullptr);
+}
+
+TEST_F(StudioControllerTest, ClosingWhileAFileIsChosenWaitsForThePage)
+{
+    presentAndLoad(4, u"1"_s);
+    panels.filesToOpen = {u"/home/someone/a.png"_s};
+    panels.whileOpen = [&] {
+        window()->close();
+        QCoreApplication::processEvents();
+        // Whoever waits for the panel is part of the page.
+        EXPECT_NE(page.view, nullptr);
+    };
+    EXPECT_TRUE(view().client().chooseFiles(false).isEmpty());
+    EXPECT_TRUE(waitFor([&] { return page.view == nullptr; }));
+}
+
+TEST_F(StudioControllerTest, TheControllerMayGoAtAnyTime)
+{
+    controller->present(picture(4), u"1"_s, {});
+    controller.reset();
+    makeController();
+    present(4, u"1"_s);
+    controller.reset();
+    makeController();
+    presentAndLoad(4, u"1"_s);
+    exportImage(dataURLOf(picture(9)));
+    controller.reset();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(exported.empty());
+}
+
+} // namespace
+} // namespace lumenfold::test
