@@ -8,6 +8,7 @@
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QStackedLayout>
@@ -150,15 +151,20 @@ void StudioWindow::closeEvent(QCloseEvent *event)
     Q_EMIT closing();
 }
 
-bool StudioWindow::eventFilter(QObject *watched, QEvent *event)
+bool StudioWindow::eventFilter(QObject *, QEvent *event)
 {
+    // The web engine's objects are not asked anything: they are made without what tells their class.
     switch (event->type()) {
     case QEvent::MouseButtonPress:
+        if (geometry().contains(static_cast<const QMouseEvent *>(event)->globalPosition().toPoint())) {
+            Q_EMIT inputReceived();
+        }
+        break;
     case QEvent::KeyPress:
     case QEvent::TouchBegin:
     case QEvent::TabletPress:
     case QEvent::Drop:
-        if (watched->isWidgetType() && static_cast<const QWidget *>(watched)->window() == this) {
+        if (isActiveWindow()) {
             Q_EMIT inputReceived();
         }
         break;

@@ -5,32 +5,41 @@
 
 namespace {
 
-/// The web engine draws with the processor. Its other way runs the graphics driver inside this process, which lives for
-/// weeks: a driver's crash would take the cards along, and the driver's memory, larger than the whole rest of the
+/// Starts the web engine, which the first profile of a program does.
+///
+/// It draws with the processor. Its other way runs the graphics driver inside this process, which lives for weeks: a
+/// driver's crash would take the cards along, and the driver's memory, larger than that of the whole rest of the
 /// program, would stay after the window is closed.
-class WithoutGraphicsDriver {
+class EngineStart {
 public:
-    WithoutGraphicsDriver()
+    EngineStart()
     {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-        // Read once, with the first profile. Whoever wants other things of the engine can still say so.
-        qputenv(variable, m_before + " --disable-gpu");
-    }
-    WithoutGraphicsDriver(const WithoutGraphicsDriver &) = delete;
-    WithoutGraphicsDriver &operator=(const WithoutGraphicsDriver &) = delete;
-    ~WithoutGraphicsDriver()
-    {
+        const QByteArray before = qgetenv(flagsVariable);
+        qputenv(flagsVariable, before + " --disable-gpu");
+        s_otherHandler = qInstallMessageHandler(leaveOutWhatIsMeant);
+        const QWebEngineProfile first;
+        qInstallMessageHandler(s_otherHandler);
         // Not for the programs that are started from here.
-        if (m_before.isEmpty()) {
-            qunsetenv(variable);
+        if (before.isEmpty()) {
+            qunsetenv(flagsVariable);
         } else {
-            qputenv(variable, m_before);
+            qputenv(flagsVariable, before);
         }
     }
 
 private:
-    static constexpr const char *variable = "QTWEBENGINE_CHROMIUM_FLAGS";
-    const QByteArray m_before = qgetenv(variable);
+    static constexpr const char *flagsVariable = "QTWEBENGINE_CHROMIUM_FLAGS";
+
+    /// The engine warns that it draws without a driver.
+    static void leaveOutWhatIsMeant(QtMsgType type, const QMessageLogContext &context, const QString &message)
+    {
+        if (message != u"No suitable graphics backend found\n" && message != u"No suitable graphics backend found") {
+            s_otherHandler(type, context, message);
+        }
+    }
+
+    static inline QtMessageHandler s_otherHandler = nullptr;
 };
 
 } // namespace
@@ -39,6 +48,6 @@ extern "C" Q_DECL_EXPORT lumenfold::EditorView *lumenfoldMakeEditorView(const lu
                                                                         lumenfold::EditorViewClient *client,
                                                                         QWidget *parent)
 {
-    const WithoutGraphicsDriver software;
+    static const EngineStart start;
     return new lumenfold::WebEngineView(*options, *client, parent);
 }

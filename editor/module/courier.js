@@ -100,7 +100,7 @@
 
   new QWebChannel(qt.webChannelTransport, channel => {
     program = channel.objects.program;
-    program.documentCreated(documentName);
+    program.documentCreated();
     send();
   });
 })('%TOKEN%', '%NAMES%'.split(' '));
