@@ -9,6 +9,7 @@
 
 #include <QDebug>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QWidget>
 
@@ -129,7 +130,9 @@ void PageRequests::askWhereToSave(const QString &name, std::function<void(const 
 
 QCoro::Task<> PageRequests::write(QString path, QByteArray bytes)
 {
-    const std::function<tl::expected<void, QString>()> work = [path, bytes] { return writeUserFile(path, bytes); };
+    const std::function<tl::expected<void, QString>()> work = [path, bytes] {
+        return writeUserFile(path, [bytes](QFile &file) { return writeBytes(file, bytes); });
+    };
     tl::expected<void, QString> written;
     try {
         written = co_await m_work.run<tl::expected<void, QString>>(work);

@@ -11,7 +11,9 @@
 #include "service/TemplateSelection.h"
 #include "service/http/TransportError.h"
 
+#include <QApplication>
 #include <QDebug>
+#include <QWindow>
 
 #include <utility>
 
@@ -185,6 +187,11 @@ void StudioModalWindowController::bringForward()
     m_isHiddenForCapture = false;
     m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     m_window->show();
+    if (QGuiApplication::focusWindow() == m_window->windowHandle() && !m_window->isActiveWindow()) {
+        // Hidden and shown again before the toolkit believed that it lost the focus (it waits some tenths of a second),
+        // the window has the focus and would not know.
+        QApplication::setActiveWindow(m_window.get());
+    }
     m_with.workspace.activateIgnoringOtherApps();
     m_window->activateWindow();
 }

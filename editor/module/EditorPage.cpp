@@ -156,10 +156,11 @@ QStringList EditorPage::chooseFiles(FileSelectionMode mode, const QStringList &,
     return m_client.chooseFiles(mode == FileSelectOpenMultiple);
 }
 
-bool EditorPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool)
+bool EditorPage::acceptNavigationRequest(const QUrl &url, NavigationType, bool)
 {
-    return m_client.allowsNavigation(url, type == NavigationTypeLinkClicked ? NavigationKind::linkClicked
-                                                                            : NavigationKind::other);
+    // Whether it is a link that was clicked, the engine does not say (see courier.js). The program's own resources are
+    // nobody's pages.
+    return url.scheme() != u"qrc" && m_client.allowsNavigation(url, NavigationKind::other);
 }
 
 void EditorPage::javaScriptAlert(const QUrl &, const QString &) {}

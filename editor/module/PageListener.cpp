@@ -16,4 +16,9 @@ void PageListener::documentCreated()
     m_client.documentCreated();
 }
 
+void PageListener::linkClicked(const QString &address)
+{
+    (void)m_client.allowsNavigation(QUrl(address), NavigationKind::linkClicked);
+}
+
 } // namespace lumenfold

@@ -18,6 +18,8 @@ public:
     /// False when the rest of the message is not wanted.
     Q_INVOKABLE bool take(const QJsonObject &piece);
     Q_INVOKABLE void documentCreated();
+    /// In the main frame; the page does not go there by itself.
+    Q_INVOKABLE void linkClicked(const QString &address);
 
 private:
     EditorViewClient &m_client;

@@ -72,6 +72,25 @@
   // For the bridge script, which runs in this world too.
   window.webkit = { messageHandlers: handlers };
 
+  // The engine does not tell a link that is clicked from a script that goes elsewhere, so links are caught here, behind
+  // all that the page does with the click. What opens another window, or is a download, the engine tells by itself.
+  const longestAddress = 2 * 1024 * 1024;
+  window.addEventListener('click', event => {
+    const isPlain = event.button === 0 && !event.ctrlKey && !event.shiftKey && !event.metaKey && !event.altKey;
+    const link = event.composedPath().find(element => element instanceof HTMLAnchorElement && element.href);
+    if (!program || !link || !isPlain || event.defaultPrevented || link.hasAttribute('download') ||
+        !['', '_self', '_top', '_parent'].includes(link.target) || link.protocol === 'javascript:') {
+      return;
+    }
+    const isHere = link.hash !== '' && link.href.split('#')[0] === location.href.split('#')[0];
+    if (!isHere) {
+      event.preventDefault();
+      if (link.href.length <= longestAddress) {
+        program.linkClicked(link.href);
+      }
+    }
+  });
+
   // A screenshot on its way to the page, in pieces as well. The program calls these.
   let handOver = null;
   window.lumenfoldHandOver = {

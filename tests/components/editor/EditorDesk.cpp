@@ -61,7 +61,10 @@ void EditorDesk::serve(const QByteArray &script)
         protocol.pages.insert("/integration/electron",
                               "<!doctype html><title>Page</title><body><script>const elsewhere = '" +
                                   otherService.baseURL().toEncoded() +
-                                  "';\nconst report = text => fetch('/report?' + encodeURIComponent(text));\n" +
+                                  "';\nconst report = text => fetch('/report?' + encodeURIComponent(text));\n"
+                                  // The first key would be lost on a page that has no focus yet.
+                                  "const ready = () => document.hasFocus() ? report('ready')"
+                                  " : addEventListener('focus', () => report('ready'), { once: true });\n" +
                                   script + "</script></body>");
     });
 }
@@ -139,8 +142,7 @@ void EditorDesk::strike(std::string_view keys)
 {
     waitUntil("the focus", [this] {
         window()->activateWindow();
-        std::fprintf(stderr, "active %d focus %x win %x visible %d\n", window()->isActiveWindow(), guiTestServer().connection().focusedWindow(), unsigned(window()->winId()), window()->isVisible());
-        return window()->isActiveWindow() &&
+        return window()->isActiveWindow() && window()->stage()->isAncestorOf(QApplication::focusWidget()) &&
                guiTestServer().connection().focusedWindow() == static_cast<xcb_window_t>(window()->winId());
     });
     m_keyboard.press(keys);

@@ -218,7 +218,7 @@ TEST_F(HostilePageTest, PostsWhileTheWindowIsClosed)
 TEST_F(HostilePageTest, OpensWindowsInALoop)
 {
     serve(R"(
-        for (let count = 0; count < 100; ++count) {
+        for (let count = 0; count < 20; ++count) {
             window.open('https://evil.example/' + count);
             const link = document.createElement('a');
             link.href = 'https://evil.example/';
