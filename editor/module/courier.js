@@ -78,14 +78,14 @@
   window.addEventListener('click', event => {
     const isPlain = event.button === 0 && !event.ctrlKey && !event.shiftKey && !event.metaKey && !event.altKey;
     const link = event.composedPath().find(element => element instanceof HTMLAnchorElement && element.href);
-    if (!program || !link || !isPlain || event.defaultPrevented || link.hasAttribute('download') ||
+    if (!link || !isPlain || event.defaultPrevented || link.hasAttribute('download') ||
         !['', '_self', '_top', '_parent'].includes(link.target) || link.protocol === 'javascript:') {
       return;
     }
     const isHere = link.hash !== '' && link.href.split('#')[0] === location.href.split('#')[0];
     if (!isHere) {
       event.preventDefault();
-      if (link.href.length <= longestAddress) {
+      if (program && link.href.length <= longestAddress) {
         program.linkClicked(link.href);
       }
     }
