@@ -1,12 +1,15 @@
 #include "app/lifecycle/AppDelegate.h"
 
 #include "app/lifecycle/ScreenRecordingAlert.h"
+#include "app/menubar/MenuBarController.h"
 #include "capture/CaptureCoordinator.h"
 #include "platform/alerts/Alerts.h"
 #include "platform/permissions/Permissions.h"
+#include "platform/remoteactions/RemoteActions.h"
 #include "platform/workspace/Workspace.h"
 #include "service/ApiKeySetupWindow.h"
 #include "service/AuthService.h"
+#include "settings/SettingsWindow.h"
 #include "shortcuts/HotkeyManager.h"
 
 #include <QDebug>
@@ -63,6 +66,7 @@ void AppDelegate::buildLongLivedObjects()
 {
     m_with.startUpdater();
     captureCoordinator = m_with.makeCaptureCoordinator();
+    menuBarController = m_with.makeMenuBarController(*captureCoordinator);
     hotkeyManager = m_with.makeHotkeyManager();
 
     captureCoordinator->setUndoAvailabilityHandler([self = QPointer(this)](bool available) {
@@ -79,6 +83,7 @@ void AppDelegate::buildLongLivedObjects()
     m_recordingObservation =
         m_with.notifications.observe(ShortcutStore::recordingNotification,
                                      [this](const Notification &notification) { recordingChanged(notification); });
+    publishRemoteActions();
 }
 
 QCoro::Task<> AppDelegate::promptForApiKeyIfNeeded()
@@ -153,6 +158,33 @@ void AppDelegate::openScreenRecordingSettings()
 {
     m_with.workspace.open(
         QUrl(QStringLiteral("x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture")));
+}
+
+void AppDelegate::publishRemoteActions()
+{
+    const auto settings = [self = QPointer(this)] {
+        if (self) {
+            self->openSettings();
+        }
+    };
+    const auto quit = [self = QPointer(this)] {
+        if (self) {
+            self->m_with.workspace.terminate();
+        }
+    };
+    m_with.remoteActions.publish({
+        .activate = settings,
+        .actions = {{QStringLiteral("capture-full-screen"), onCoordinator(&CaptureCoordinator::captureFullScreen)},
+                    {QStringLiteral("capture-area"), onCoordinator(&CaptureCoordinator::captureArea)},
+                    {QStringLiteral("capture-last-area"), onCoordinator(&CaptureCoordinator::captureLastArea)},
+                    {QStringLiteral("settings"), settings},
+                    {QStringLiteral("quit"), quit}},
+    });
+}
+
+void AppDelegate::openSettings()
+{
+    m_with.settings.present();
 }
 
 std::function<void()> AppDelegate::onCoordinator(void (CaptureCoordinator::*command)())

@@ -20,7 +20,10 @@ class ApiKeySetupWindow;
 class AuthService;
 class CaptureCoordinator;
 class HotkeyManager;
+class MenuBarController;
 class Permissions;
+class RemoteActions;
+class SettingsWindow;
 class Workspace;
 
 /// Brings the program to life in a fixed order, keeps the hotkeys bound to the captures, and saves the cards at the
@@ -38,9 +41,12 @@ public:
         ShortcutStore &shortcuts;
         AuthService &auth;
         ApiKeySetupWindow &apiKeySetup;
+        RemoteActions &remoteActions;
+        SettingsWindow &settings;
         /// Each is called once, in its turn of the start-up.
         std::function<void()> startUpdater;
         std::function<std::unique_ptr<CaptureCoordinator>()> makeCaptureCoordinator;
+        std::function<std::unique_ptr<MenuBarController>(CaptureCoordinator &coordinator)> makeMenuBarController;
         std::function<std::unique_ptr<HotkeyManager>()> makeHotkeyManager;
         /// What the user calls the program; see productName().
         QString productName;
@@ -74,10 +80,15 @@ private:
 
     void openScreenRecordingSettings();
 
+    /// What the desktop may ask for: the captures, the settings and the end.
+    void publishRemoteActions();
+    void openSettings();
+
     /// An action that does nothing once the delegate is gone.
     [[nodiscard]] std::function<void()> onCoordinator(void (CaptureCoordinator::*command)());
 
     std::unique_ptr<CaptureCoordinator> captureCoordinator;
+    std::unique_ptr<MenuBarController> menuBarController;
     std::unique_ptr<HotkeyManager> hotkeyManager;
     bool isUndoAvailable = false;
     /// The undo hotkey while it is registered.

@@ -5,6 +5,8 @@
 #include "app/lifecycle/AppDelegate.h"
 #include "app/lifecycle/ProgramUpdater.h"
 #include "app/lifecycle/ScreenRecordingAlert.h"
+#include "app/menubar/MenuBarController.h"
+#include "app/theme/WindowTheme.h"
 #include "app/updates/UpdaterController.h"
 #include "capture/CaptureCoordinator.h"
 #include "capture/areaselection/AreaSelectionController.h"
@@ -26,9 +28,12 @@
 #include "platform/notifications/NotificationCenter.h"
 #include "platform/openpanel/PortalOpenPanel.h"
 #include "platform/openpanel/QtOpenPanel.h"
+#include "platform/remoteactions/DBusRemoteActions.h"
 #include "platform/secrets/KeyringModule.h"
 #include "platform/secrets/MirroredSecretStore.h"
 #include "platform/session/PlatformServices.h"
+#include "platform/statusitem/StatusItem.h"
+#include "platform/statusitem/StatusItemSurroundings.h"
 #include "platform/workspace/QtWorkspace.h"
 #include "service/AuthService.h"
 #include "service/HttpLumenfoldService.h"
@@ -75,6 +80,13 @@ private:
     StudioModalWindowController &m_editor;
 };
 
+/// Drawings that the desktop's panels read.
+QString statusIconFolder(const FileManager &files)
+{
+    const std::optional<QString> caches = files.cachesDirectory();
+    return caches ? QDir(*caches).filePath(QStringLiteral("LumenFold/icons")) : QString();
+}
+
 } // namespace
 
 /// In the order in which they are built; they go in the opposite order.
@@ -92,6 +104,7 @@ struct CompositionRoot::Parts {
 
     void startUpdater();
     std::unique_ptr<CaptureCoordinator> makeCaptureCoordinator();
+    std::unique_ptr<MenuBarController> makeMenuBarController(CaptureCoordinator &coordinator);
 
     std::unique_ptr<PlatformServices> platform;
     QtMainQueue queue;
@@ -174,6 +187,7 @@ struct CompositionRoot::Parts {
 
     /// Made in its turn of the start-up.
     std::unique_ptr<UpdaterController> updater;
+    DBusRemoteActions remoteActions;
 
     AppDelegate delegate{{
         .workspace = workspace,
@@ -183,8 +197,11 @@ struct CompositionRoot::Parts {
         .shortcuts = shortcuts,
         .auth = auth,
         .apiKeySetup = apiKeySetup,
+        .remoteActions = remoteActions,
+        .settings = settingsWindow,
         .startUpdater = [this] { startUpdater(); },
         .makeCaptureCoordinator = [this] { return makeCaptureCoordinator(); },
+        .makeMenuBarController = [this](CaptureCoordinator &coordinator) { return makeMenuBarController(coordinator); },
         .makeHotkeyManager =
             [this] { return std::make_unique<HotkeyManager>(platform->keyEventTaps(), platform->hotKeys(), queue); },
         .productName = productName(QGuiApplication::applicationDisplayName(), QCoreApplication::applicationName()),
@@ -233,6 +250,25 @@ std::unique_ptr<CaptureCoordinator> CompositionRoot::Parts::makeCaptureCoordinat
         .alerts = alerts,
         .workspace = workspace,
         .editorWindow = [this] { return &editor; },
+    });
+}
+
+std::unique_ptr<MenuBarController> CompositionRoot::Parts::makeMenuBarController(CaptureCoordinator &coordinator)
+{
+    return std::make_unique<MenuBarController>(MenuBarController::Collaborators{
+        .statusItem = platform->makeStatusItem(
+            {.appearance = appearance,
+             .iconFolder = statusIconFolder(files),
+             .prepareMenu = [this](QWidget &menu) { WindowTheme::install(menu, appearance); }}),
+        .coordinator = coordinator,
+        .auth = auth,
+        .shortcuts = shortcuts,
+        .updater = *updater,
+        .notifications = notifications,
+        .queue = queue,
+        .workspace = workspace,
+        .apiKeySetup = apiKeySetup,
+        .settings = settingsWindow,
     });
 }
 

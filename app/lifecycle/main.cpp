@@ -1,8 +1,10 @@
 #include "app/lifecycle/AppDelegate.h"
 #include "app/lifecycle/CompositionRoot.h"
+#include "platform/remoteactions/RunningInstance.h"
 #include "platform/session/Backend.h"
 #include "platform/session/InstanceLock.h"
 #include "platform/session/SessionBus.h"
+#include "platform/session/SessionEnd.h"
 #include "platform/session/TerminationSignals.h"
 #include "platform/workspace/Workspace.h"
 
@@ -18,6 +20,7 @@ namespace {
 using namespace lumenfold;
 
 constexpr int couldNotStart = 1;
+constexpr std::chrono::seconds patienceWithSessionBus{2};
 
 int fail(const QString &why)
 {
@@ -62,6 +65,8 @@ int run(const Backend &backend, char *programName)
     const TerminationSignals signals([&root] { root.workspace().terminate(); });
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &root.appDelegate(),
                      &AppDelegate::applicationWillTerminate);
+    const SessionEnd sessionEnd({.save = [&root] { root.appDelegate().applicationWillTerminate(); },
+                                 .end = [&root] { root.workspace().terminate(); }});
     root.appDelegate().applicationDidFinishLaunching();
     return QApplication::exec();
 }
@@ -73,6 +78,8 @@ int main(int, char **argv)
     const auto lock = InstanceLock::acquire(InstanceLock::standardPath());
     if (!lock && lock.error() == InstanceLock::Failure::taken) {
         std::puts("LumenFold is already running.");
+        // Whoever launches it again wants to see something of it.
+        activateRunningInstance(patienceWithSessionBus);
         return 0;
     }
     if (!lock) {
@@ -80,7 +87,6 @@ int main(int, char **argv)
                                        << ", so nothing keeps a second LumenFold from starting";
     }
 
-    constexpr std::chrono::seconds patienceWithSessionBus{2};
     if (greetSessionBus(patienceWithSessionBus) == SessionBusState::hanging) {
         qWarning().noquote() << "LumenFold: the session bus does not answer, so this run does without it";
         doWithoutSessionBus();

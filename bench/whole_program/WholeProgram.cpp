@@ -7,6 +7,9 @@
 #include "bench/whole_program/Rounds.h"
 #include "tests/support/desktop/Desktop.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+
 #include <cstdio>
 #include <stdexcept>
 #include <thread>
@@ -118,6 +121,43 @@ void measureCaptures(Desktop &desktop, int rounds)
     print("area shortcut to overlay on the screen, ms", inMilliseconds(overlay));
 }
 
+/// From the start of the process to hotkeys that are bound, with no cards.
+void measureStarts(Desktop &desktop, int rounds)
+{
+    Samples bound;
+    for (int round = 0; round < rounds; ++round) {
+        const Clock::time_point start = Clock::now();
+        desktop.startProgram();
+        bound.values.emplace_back(Clock::now() - start);
+        desktop.quitProgram();
+    }
+    print("start of the process to hotkeys bound, no cards, ms", inMilliseconds(bound));
+}
+
+/// From a call on the session bus to its answer, which comes when the capture has begun.
+void measureActions(Desktop &desktop, int rounds)
+{
+    const QString connection = QStringLiteral("caller");
+    QDBusConnection bus = QDBusConnection::connectToBus(
+        desktop.environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")), connection);
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.lumenfold.LumenFold"), QStringLiteral("/org/lumenfold/LumenFold"),
+        QStringLiteral("org.freedesktop.Application"), QStringLiteral("ActivateAction"));
+    call << QStringLiteral("capture-full-screen") << QVariantList() << QVariantMap();
+    Samples begun;
+    for (int round = 0; round < rounds; ++round) {
+        const Clock::time_point start = Clock::now();
+        if (bus.call(call).type() != QDBusMessage::ReplyMessage) {
+            throw std::runtime_error("the program is not on the bus");
+        }
+        begun.values.emplace_back(Clock::now() - start);
+        desktop.waitForClipboard();
+        desktop.waitForStillPicture();
+    }
+    QDBusConnection::disconnectFromBus(connection);
+    print("call on the session bus to a capture that has begun, ms", inMilliseconds(begun));
+}
+
 void measureRest(Desktop &desktop, const char *memory, const char *wakeUps)
 {
     std::this_thread::sleep_for(timeToComeToRest);
@@ -137,11 +177,13 @@ void measure(int rounds)
 
     print("3840 x 2160, openbox and picom on Xvfb", QStringLiteral("median of %1").arg(rounds));
     print("---", QStringLiteral("---"));
+    measureStarts(desktop, rounds);
     desktop.startProgram();
     measureRest(desktop, "memory (PSS) after start, MiB", "wake-ups at rest after start, per second");
     measureCaptures(desktop, rounds);
     measureRest(desktop, "memory (PSS) with the cards of these captures, MiB",
                 "wake-ups at rest with cards, per second");
+    measureActions(desktop, rounds);
     desktop.quitProgram();
 
     print("flameshot full: start to finished file, ms",

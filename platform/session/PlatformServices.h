@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 namespace lumenfold {
 
 class EventMonitors;
@@ -10,7 +12,9 @@ class Pasteboard;
 class Permissions;
 class ScreenshotManager;
 class Screens;
+class StatusItem;
 class WindowList;
+struct StatusItemSurroundings;
 
 /// The part of the platform that depends on the kind of session, as one backend offers it. The services live as long as
 /// this object, and end before the toolkit's application object does.
@@ -30,6 +34,8 @@ public:
     [[nodiscard]] virtual EventMonitors &eventMonitors() = 0;
     [[nodiscard]] virtual Pasteboard &pasteboard() = 0;
     [[nodiscard]] virtual Permissions &permissions() = 0;
+    /// A place of the program's own in the status area. Ends before this object does.
+    [[nodiscard]] virtual std::unique_ptr<StatusItem> makeStatusItem(StatusItemSurroundings surroundings) = 0;
 };
 
 } // namespace lumenfold

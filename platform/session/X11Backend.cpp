@@ -8,6 +8,7 @@
 #include "platform/screencapture/OwnWindowTraces.h"
 #include "platform/screencapture/X11ScreenshotManager.h"
 #include "platform/screens/X11Screens.h"
+#include "platform/statusitem/DesktopStatusItem.h"
 #include "platform/windowlist/X11WindowList.h"
 #include "platform/x11/X11Connection.h"
 
@@ -41,6 +42,14 @@ public:
     EventMonitors &eventMonitors() override { return m_eventMonitors; }
     Pasteboard &pasteboard() override { return m_pasteboard; }
     Permissions &permissions() override { return m_permissions; }
+    std::unique_ptr<StatusItem> makeStatusItem(StatusItemSurroundings surroundings) override
+    {
+        return std::make_unique<DesktopStatusItem>(
+            std::move(surroundings), *m_connection, [this](const QRect &rootPixels) {
+                const ScreenSpace &space = m_screens.space();
+                return space.toQt(space.fromNative(QRectF(rootPixels))).toAlignedRect();
+            });
+    }
 
 private:
     std::unique_ptr<x11::X11Connection> m_connection;

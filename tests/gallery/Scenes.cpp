@@ -1,6 +1,7 @@
 #include "tests/gallery/Scenes.h"
 
 #include "tests/gallery/AccountScenes.h"
+#include "tests/gallery/MenuScenes.h"
 #include "tests/gallery/SettingsScenes.h"
 #include "tests/gallery/TemplateScenes.h"
 #include "tests/gallery/UpdateScenes.h"
@@ -254,6 +255,9 @@ std::vector<Scene> allScenes()
         add(QStringLiteral("preview-icon"), [scheme = scheme] { return paintPreview({24, 24}, scheme); });
     }
     for (Scene &scene : templateScenes()) {
+        scenes.push_back(std::move(scene));
+    }
+    for (Scene &scene : menuScenes()) {
         scenes.push_back(std::move(scene));
     }
     for (Scene &scene : accountScenes()) {

@@ -21,6 +21,9 @@ void FakeHotKeyService::installPressHandler(PressHandler handler)
 
 HotKeyRegistration FakeHotKeyService::registerHotKey(std::uint32_t keyCode, std::uint32_t carbonModifiers, HotKeyID id)
 {
+    if (onRegister) {
+        onRegister();
+    }
     class Ref : public HotKeyRef {
     public:
         Ref(std::shared_ptr<Registry> registry, int key) : m_registry(std::move(registry)), m_key(key) {}

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <utility>
@@ -32,6 +33,9 @@ public:
     /// From now on this combination is refused with the status, as when another program holds it; success takes the
     /// refusal back.
     void refuse(std::uint32_t keyCode, std::uint32_t carbonModifiers, HotKeyStatus status = hotKeyExistsError);
+
+    /// Told of each attempt, for tests of the order among several fakes.
+    std::function<void()> onRegister;
 
     /// How often a press handler was installed.
     [[nodiscard]] int handlerInstallations() const { return m_handlerInstallations; }

@@ -2,6 +2,8 @@
 
 #include "app/actions/ActionHandler.h"
 #include "app/configuration/AppConfig.h"
+#include "app/menubar/MenuBarController.h"
+#include "app/updates/UpdaterController.h"
 #include "capture/CaptureCoordinator.h"
 #include "capture/areaselection/AreaSelectionController.h"
 #include "cards/PreviewWindowController.h"
@@ -22,10 +24,13 @@
 #include "tests/support/fakes/FakePanel.h"
 #include "tests/support/fakes/FakePasteboard.h"
 #include "tests/support/fakes/FakePermissions.h"
+#include "tests/support/fakes/FakeRemoteActions.h"
 #include "tests/support/fakes/FakeScreens.h"
 #include "tests/support/fakes/FakeScreenshotManager.h"
 #include "tests/support/fakes/FakeSecretStore.h"
 #include "tests/support/fakes/FakeService.h"
+#include "tests/support/fakes/FakeSettingsWindow.h"
+#include "tests/support/fakes/FakeStatusItem.h"
 #include "tests/support/fakes/FakeUserDefaults.h"
 #include "tests/support/fakes/FakeWindowList.h"
 #include "tests/support/fakes/FakeWorkspace.h"
@@ -73,6 +78,7 @@ protected:
         permissions.onCall = note;
         alerts.onCall = note;
         cardStore.onRead = [this] { journal.append(QStringLiteral("restore cards")); };
+        remoteActions.onPublish = [this] { journal.append(QStringLiteral("publish actions")); };
         apiKeySetup.onPresent = [this] { journal.append(QStringLiteral("ask for the key")); };
         // Most users have a key.
         secrets.putFromOutside(apiKeyItem, "key");
@@ -104,6 +110,23 @@ protected:
             .alerts = alerts,
             .workspace = workspace,
             .editorWindow = {},
+        });
+    }
+
+    std::unique_ptr<MenuBarController> makeMenuBarController(CaptureCoordinator &coordinator)
+    {
+        journal.append(QStringLiteral("make menu"));
+        return std::make_unique<MenuBarController>(MenuBarController::Collaborators{
+            .statusItem = statusArea.makeItem(),
+            .coordinator = coordinator,
+            .auth = auth,
+            .shortcuts = shortcuts,
+            .updater = updater,
+            .notifications = notifications,
+            .queue = queue,
+            .workspace = workspace,
+            .apiKeySetup = apiKeySetup,
+            .settings = settingsWindow,
         });
     }
 
@@ -189,6 +212,10 @@ protected:
                       .notifications = notifications,
                       .queue = queue}};
     FakeApiKeySetupWindow apiKeySetup;
+    FakeSettingsWindow settingsWindow;
+    FakeStatusArea statusArea;
+    FakeRemoteActions remoteActions;
+    UpdaterController updater{notifications, [](UpdaterDelegate &) { return nullptr; }};
     PreviewWindowController *cardController = nullptr;
     std::unique_ptr<AppDelegate> delegate = std::make_unique<AppDelegate>(AppDelegate::Collaborators{
         .workspace = workspace,
@@ -198,8 +225,11 @@ protected:
         .shortcuts = shortcuts,
         .auth = auth,
         .apiKeySetup = apiKeySetup,
+        .remoteActions = remoteActions,
+        .settings = settingsWindow,
         .startUpdater = [this] { journal.append(QStringLiteral("start updater")); },
         .makeCaptureCoordinator = [this] { return makeCoordinator(); },
+        .makeMenuBarController = [this](CaptureCoordinator &coordinator) { return makeMenuBarController(coordinator); },
         .makeHotkeyManager = [this] { return makeHotkeyManager(); },
         .productName = QStringLiteral("LumenFold"),
     });
@@ -208,12 +238,65 @@ protected:
 TEST_F(AppDelegateTest, WithThePermissionThereIsNoAlertNoRequestAndNoSettingsPane)
 {
     launch();
-    EXPECT_EQ(journal, QStringList({QStringLiteral("setActivationPolicy 1"), QStringLiteral("preflight"),
-                                    QStringLiteral("start updater"), QStringLiteral("make coordinator"),
-                                    QStringLiteral("make hotkey manager"), QStringLiteral("restore cards")}));
+    EXPECT_FALSE(journal.contains(QStringLiteral("request")));
     EXPECT_EQ(permissions.requests, 0);
     EXPECT_TRUE(alerts.shown.isEmpty());
     EXPECT_TRUE(workspace.openedAddresses.isEmpty());
+}
+
+TEST_F(AppDelegateTest, EverythingComesInItsOrder)
+{
+    secrets.removeFromOutside(apiKeyItem);
+    hotKeys.onRegister = [this] { journal.append(QStringLiteral("register")); };
+    launch();
+    EXPECT_EQ(journal, QStringList({QStringLiteral("setActivationPolicy 1"), QStringLiteral("preflight"),
+                                    QStringLiteral("start updater"), QStringLiteral("make coordinator"),
+                                    QStringLiteral("make menu"), QStringLiteral("make hotkey manager"),
+                                    QStringLiteral("register"), QStringLiteral("register"), QStringLiteral("register"),
+                                    QStringLiteral("ask for the key"), QStringLiteral("restore cards"),
+                                    QStringLiteral("publish actions")}));
+}
+
+TEST_F(AppDelegateTest, TheShortcutsAreNotFollowedBeforeTheCardsAreBack)
+{
+    // What changes while the cards come back is what was bound a moment ago.
+    cardStore.onRead = [this] { notifications.post(ShortcutStore::changedNotification); };
+    launch();
+    EXPECT_EQ(hotKeys.registrationAttempts().size(), 3U);
+    notifications.post(ShortcutStore::changedNotification);
+    EXPECT_EQ(hotKeys.registrationAttempts().size(), 6U);
+}
+
+TEST_F(AppDelegateTest, TheMenuIsThereAndQuits)
+{
+    launch();
+    ASSERT_TRUE(statusArea.hasItem);
+    EXPECT_EQ(statusArea.titles().first(), QStringLiteral("Capture Full Screen"));
+    EXPECT_TRUE(statusArea.click(QStringLiteral("Quit")));
+    EXPECT_EQ(workspace.terminations, 1);
+}
+
+TEST_F(AppDelegateTest, TheDesktopReachesTheCapturesTheSettingsAndTheEnd)
+{
+    launch();
+    EXPECT_EQ(remoteActions.names(),
+              QStringList({QStringLiteral("capture-area"), QStringLiteral("capture-full-screen"),
+                           QStringLiteral("capture-last-area"), QStringLiteral("quit"), QStringLiteral("settings")}));
+    remoteActions.perform(QStringLiteral("capture-full-screen"));
+    queue.advance(60ms);
+    EXPECT_EQ(screenshots.captures.size(), 1U);
+    queue.advance(1s);
+    const std::size_t cardsOnly = panels.panels().size();
+    remoteActions.perform(QStringLiteral("capture-last-area"));
+    EXPECT_EQ(panels.panels().size(), cardsOnly + 1);
+    // One capture at a time.
+    remoteActions.perform(QStringLiteral("capture-area"));
+    EXPECT_EQ(panels.panels().size(), cardsOnly + 1);
+    remoteActions.activate();
+    remoteActions.perform(QStringLiteral("settings"));
+    EXPECT_EQ(settingsWindow.presentations, 2);
+    remoteActions.perform(QStringLiteral("quit"));
+    EXPECT_EQ(workspace.terminations, 1);
 }
 
 TEST_F(AppDelegateTest, TheThreeCapturesAreBoundInTheirOrder)
@@ -439,6 +522,13 @@ TEST_F(AppDelegateTest, OnceTheDelegateIsGoneNothingReachesIt)
     EXPECT_THAT(screenshots.captures, IsEmpty());
     shortcuts.postRecording(false);
     EXPECT_THAT(bound(), IsEmpty());
+    EXPECT_FALSE(statusArea.hasItem);
+    remoteActions.activate();
+    remoteActions.perform(QStringLiteral("capture-full-screen"));
+    remoteActions.perform(QStringLiteral("quit"));
+    EXPECT_EQ(settingsWindow.presentations, 0);
+    EXPECT_EQ(workspace.terminations, 0);
+    EXPECT_THAT(screenshots.captures, IsEmpty());
 }
 
 } // namespace

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <chrono>
+
+namespace lumenfold {
+
+namespace remoteActions {
+inline constexpr const char *name = "org.lumenfold.LumenFold";
+/// The name, as paths are made of names.
+inline constexpr const char *path = "/org/lumenfold/LumenFold";
+} // namespace remoteActions
+
+/// Tells the program that runs in this session that it was launched once more. True when it has answered; false without
+/// a bus, or when nobody answered for as long as `patience`. Needs no toolkit.
+bool activateRunningInstance(std::chrono::milliseconds patience);
+
+} // namespace lumenfold

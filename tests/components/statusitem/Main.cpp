@@ -1,0 +1,6 @@
+#include "tests/support/desktop/GuiTest.h"
+
+int main(int argc, char **argv)
+{
+    return lumenfold::test::runGuiTests(argc, argv);
+}
