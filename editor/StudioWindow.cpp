@@ -95,7 +95,9 @@ StudioWindow::StudioWindow()
     showWaiting();
 
     const QRect free = screen()->availableGeometry();
-    resize(windowSize.boundedTo(free.size()).expandedTo(minimumWindowSize));
+    // With room for what a window manager puts around it.
+    constexpr QSize decoration{0, 40};
+    resize(windowSize.boundedTo(free.size() - decoration).expandedTo(minimumWindowSize));
     move(free.center() - rect().center());
     QCoreApplication::instance()->installEventFilter(this);
 }

@@ -1,7 +1,10 @@
 #include "editor/module/EditorPage.h"
 
-#include <QFileInfo>
+#include <QCoreApplication>
+#include <QFile>
 #include <QPointer>
+#include <QTemporaryDir>
+#include <QThread>
 #include <QWebEngineCertificateError>
 #include <QWebEngineClientCertificateSelection>
 #include <QWebEngineDownloadRequest>
@@ -15,48 +18,90 @@
 #include <QWebEngineSettings>
 
 #include <array>
+#include <memory>
 #include <utility>
 
 namespace lumenfold {
 namespace {
 
+/// Comes into a folder of our own, because the web engine gives up what is not accepted at once; from there it goes
+/// where the user wants it.
 class Download : public OfferedFile {
 public:
-    explicit Download(QWebEngineDownloadRequest *download) : m_download(download) {}
+    explicit Download(QWebEngineDownloadRequest *download)
+        : m_download(download)
+        , m_folder(std::make_shared<QTemporaryDir>())
+        , m_address(download->url())
+        , m_mimeType(download->mimeType())
+        , m_suggestedName(download->suggestedFileName())
+    {
+        m_download->setDownloadDirectory(m_folder->path());
+        m_download->setDownloadFileName(name);
+        m_download->accept();
+        // A page that offers something endless must not fill the disk while the user thinks.
+        QObject::connect(download, &QWebEngineDownloadRequest::receivedBytesChanged, download, [download] {
+            constexpr qint64 most = qint64{1024} * 1024 * 1024;
+            if (download->receivedBytes() > most) {
+                download->cancel();
+            }
+        });
+    }
     ~Download() override
     {
-        if (m_download && m_download->state() == QWebEngineDownloadRequest::DownloadRequested) {
+        if (m_download && !m_isWanted && !m_download->isFinished()) {
             m_download->cancel();
         }
     }
 
-    [[nodiscard]] QUrl address() const override { return m_download ? m_download->url() : QUrl(); }
-    [[nodiscard]] QString mimeType() const override { return m_download ? m_download->mimeType() : QString(); }
-    [[nodiscard]] QString suggestedName() const override
-    {
-        return m_download ? m_download->suggestedFileName() : QString();
-    }
+    [[nodiscard]] QUrl address() const override { return m_address; }
+    [[nodiscard]] QString mimeType() const override { return m_mimeType; }
+    [[nodiscard]] QString suggestedName() const override { return m_suggestedName; }
 
     void saveAs(const QString &path, std::function<void(QString reason)> failed) override
     {
+        m_isWanted = true;
         if (!m_download) {
             failed(EditorPage::tr("the page is gone"));
-            return;
+        } else if (m_download->isFinished()) {
+            move(*m_download, m_folder, path, failed);
+        } else {
+            QObject::connect(m_download, &QWebEngineDownloadRequest::isFinishedChanged, m_download,
+                             [download = m_download.data(), folder = m_folder, path, failed] {
+                                 move(*download, folder, path, failed);
+                             });
         }
-        const QFileInfo file(path);
-        m_download->setDownloadDirectory(file.path());
-        m_download->setDownloadFileName(file.fileName());
-        QObject::connect(m_download, &QWebEngineDownloadRequest::stateChanged, m_download,
-                         [download = m_download.data(), failed](QWebEngineDownloadRequest::DownloadState state) {
-                             if (state == QWebEngineDownloadRequest::DownloadInterrupted) {
-                                 failed(download->interruptReasonString());
-                             }
-                         });
-        m_download->accept();
     }
 
 private:
+    static void move(const QWebEngineDownloadRequest &download, const std::shared_ptr<QTemporaryDir> &folder,
+                     const QString &path, const std::function<void(QString reason)> &failed)
+    {
+        if (download.state() != QWebEngineDownloadRequest::DownloadCompleted) {
+            failed(download.interruptReasonString());
+            return;
+        }
+        // To another disk it is copied, which takes its time.
+        auto *mover = QThread::create([folder, path, failed] {
+            QFile file(folder->filePath(name));
+            // Whether it may be replaced, the user has been asked.
+            QFile::remove(path);
+            if (!file.rename(path)) {
+                QMetaObject::invokeMethod(QCoreApplication::instance(),
+                                          [failed, reason = file.errorString()] { failed(reason); });
+            }
+        });
+        QObject::connect(mover, &QThread::finished, mover, &QObject::deleteLater);
+        mover->start();
+    }
+
+    static inline const QString name = QStringLiteral("download");
+
     QPointer<QWebEngineDownloadRequest> m_download;
+    std::shared_ptr<QTemporaryDir> m_folder;
+    const QUrl m_address;
+    const QString m_mimeType;
+    const QString m_suggestedName;
+    bool m_isWanted = false;
 };
 
 } // namespace

@@ -31,10 +31,12 @@ public:
 private:
     static constexpr const char *flagsVariable = "QTWEBENGINE_CHROMIUM_FLAGS";
 
-    /// The engine warns that it draws without a driver.
+    /// The engine warns that it draws without a driver, and tells at length with which settings it starts.
     static void leaveOutWhatIsMeant(QtMsgType type, const QMessageLogContext &context, const QString &message)
     {
-        if (message != u"No suitable graphics backend found\n" && message != u"No suitable graphics backend found") {
+        const bool isTalk =
+            qstrcmp(context.category, "qt.webenginecontext") == 0 && (type == QtDebugMsg || type == QtInfoMsg);
+        if (!isTalk && !message.startsWith(u"No suitable graphics backend found")) {
             s_otherHandler(type, context, message);
         }
     }

@@ -44,6 +44,36 @@ TEST_F(TransferTest, EveryTypeOfDownloadIsOfferedWithItsExtension)
     }
 }
 
+TEST_F(TransferTest, ALargeDownloadAndOneThatIsABlobAreWrittenWhole)
+{
+    serve(R"(
+        const offer = (href, name) => {
+            const link = document.createElement('a');
+            link.href = href;
+            link.download = name;
+            document.body.append(link);
+            link.click();
+        };
+        const large = 'x'.repeat(3000000);
+        addEventListener('keydown', event => {
+            if (event.key === 'l') offer('data:image/png;base64,' + btoa(large), '');
+            if (event.key === 'b') offer(URL.createObjectURL(new Blob([large], { type: 'image/webp' })), 'my picture.webp');
+        });
+        ready();)");
+    present(noise({8, 8}));
+    waitForReport(u"ready"_s);
+    strike("l");
+    ASSERT_TRUE(waitFor([&] { return panels.isAsking(); }, patience));
+    EXPECT_TRUE(panels.suggestedPaths.last().endsWith(u".png"_s)) << qPrintable(panels.suggestedPaths.last());
+    panels.choose(folder.filePath(u"large"_s));
+    EXPECT_TRUE(waitFor([&] { return contents(folder.filePath(u"large"_s)).size() == 3000000; }, patience));
+    strike("b");
+    ASSERT_TRUE(waitFor([&] { return panels.isAsking(); }, patience));
+    EXPECT_EQ(panels.suggestedPaths.last(), folder.filePath(u"my picture.webp"_s));
+    panels.choose(folder.filePath(u"blob"_s));
+    EXPECT_TRUE(waitFor([&] { return contents(folder.filePath(u"blob"_s)).size() == 3000000; }, patience));
+}
+
 TEST_F(TransferTest, AFileThatIsChosenGoesToThePage)
 {
     presentAndWait(noise({8, 8}));
