@@ -3,15 +3,32 @@
 #include "platform/statusitem/MenuText.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QProxyStyle>
 #include <QScreen>
 
 #include <algorithm>
 #include <utility>
 
 namespace lumenfold {
+namespace {
+
+/// The toolkit's own, without the bright shadow of disabled entries, which blurs them on a dark ground.
+class MenuStyle : public QProxyStyle {
+public:
+    explicit MenuStyle(QObject *menu) : QProxyStyle(QApplication::style()->name()) { setParent(menu); }
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *result) const override
+    {
+        return hint == SH_EtchDisabledText ? 0 : QProxyStyle::styleHint(hint, option, widget, result);
+    }
+};
+
+} // namespace
 
 QPoint menuPlace(const QRect &anchor, QSize menu, const QRect &screen)
 {
@@ -28,6 +45,7 @@ QPoint menuPlace(const QRect &anchor, QSize menu, const QRect &screen)
 
 void fillMenu(QMenu &into, const Menu &menu)
 {
+    into.setStyle(new MenuStyle(&into));
     for (const MenuItem &item : menu) {
         if (item.kind == MenuItem::Kind::separator) {
             into.addSeparator();
