@@ -42,6 +42,18 @@ void AppDelegate::applicationDidFinishLaunching()
     });
 }
 
+void AppDelegate::carryOut(const QString &action)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, action] {
+            if (const auto command = m_actions.value(action)) {
+                command();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
 void AppDelegate::applicationWillTerminate()
 {
     if (captureCoordinator) {
@@ -172,14 +184,12 @@ void AppDelegate::publishRemoteActions()
             self->m_with.workspace.terminate();
         }
     };
-    m_with.remoteActions.publish({
-        .activate = settings,
-        .actions = {{QStringLiteral("capture-full-screen"), onCoordinator(&CaptureCoordinator::captureFullScreen)},
-                    {QStringLiteral("capture-area"), onCoordinator(&CaptureCoordinator::captureArea)},
-                    {QStringLiteral("capture-last-area"), onCoordinator(&CaptureCoordinator::captureLastArea)},
-                    {QStringLiteral("settings"), settings},
-                    {QStringLiteral("quit"), quit}},
-    });
+    m_actions = {{QStringLiteral("capture-full-screen"), onCoordinator(&CaptureCoordinator::captureFullScreen)},
+                 {QStringLiteral("capture-area"), onCoordinator(&CaptureCoordinator::captureArea)},
+                 {QStringLiteral("capture-last-area"), onCoordinator(&CaptureCoordinator::captureLastArea)},
+                 {QStringLiteral("settings"), settings},
+                 {QStringLiteral("quit"), quit}};
+    m_with.remoteActions.publish({.activate = settings, .actions = m_actions});
 }
 
 void AppDelegate::openSettings()

@@ -5,6 +5,7 @@
 #include "platform/notifications/NotificationCenter.h"
 
 #include <QCoroTask>
+#include <QMap>
 #include <QObject>
 #include <QString>
 
@@ -58,6 +59,9 @@ public:
     /// Starts the program. Where a permission is missing, the user is told first, and the rest waits for his answer.
     void applicationDidFinishLaunching();
 
+    /// One of the actions that the desktop may ask for, in a later turn of the event loop; an unknown one is none.
+    void carryOut(const QString &action);
+
     /// Saves the cards, unless the program ends before it has any.
     void applicationWillTerminate();
 
@@ -95,6 +99,7 @@ private:
     std::optional<std::uint32_t> undoHotkeyID;
 
     const Collaborators m_with;
+    QMap<QString, std::function<void()>> m_actions;
     std::unique_ptr<NotificationCenter::Observation> m_shortcutsObservation;
     std::unique_ptr<NotificationCenter::Observation> m_recordingObservation;
 };

@@ -12,27 +12,39 @@
 namespace lumenfold {
 namespace {
 
-bool activate(const QByteArray &address, int patience)
+/// Appends an empty container.
+void appendEmpty(DBusMessageIter &arguments, const char *contents)
+{
+    DBusMessageIter empty;
+    dbus_message_iter_open_container(&arguments, DBUS_TYPE_ARRAY, contents, &empty);
+    dbus_message_iter_close_container(&arguments, &empty);
+}
+
+bool ask(const QByteArray &address, const QByteArray &action, int patience)
 {
     const PrivateBus bus(address, patience);
     if (!bus.isConnected()) {
         return false;
     }
     const BusMessage call(dbus_message_new_method_call(remoteActions::name, remoteActions::path,
-                                                       "org.freedesktop.Application", "Activate"));
+                                                       "org.freedesktop.Application",
+                                                       action.isEmpty() ? "Activate" : "ActivateAction"));
     // It runs; if it cannot be reached, another one would only find it running.
     dbus_message_set_auto_start(call.get(), FALSE);
     DBusMessageIter arguments;
-    DBusMessageIter platformData;
     dbus_message_iter_init_append(call.get(), &arguments);
-    dbus_message_iter_open_container(&arguments, DBUS_TYPE_ARRAY, "{sv}", &platformData);
-    dbus_message_iter_close_container(&arguments, &platformData);
+    if (!action.isEmpty()) {
+        const char *name = action.constData();
+        dbus_message_iter_append_basic(&arguments, DBUS_TYPE_STRING, static_cast<const void *>(&name));
+        appendEmpty(arguments, "v");
+    }
+    appendEmpty(arguments, "{sv}");
     return bus.ask(call, patience) != nullptr;
 }
 
 } // namespace
 
-bool activateRunningInstance(std::chrono::milliseconds patience)
+bool askRunningInstance(const QByteArray &action, std::chrono::milliseconds patience)
 {
     const QByteArray address = qgetenv(sessionBusVariable);
     if (address.isEmpty()) {
@@ -42,8 +54,8 @@ bool activateRunningInstance(std::chrono::milliseconds patience)
     auto outcome = std::make_shared<std::promise<bool>>();
     std::future<bool> answered = outcome->get_future();
     // Nobody waits for this thread: already the connecting may have no end.
-    std::thread([outcome, address, patience = static_cast<int>(patience.count())] {
-        outcome->set_value(activate(address, patience));
+    std::thread([outcome, address, action, patience = static_cast<int>(patience.count())] {
+        outcome->set_value(ask(address, action, patience));
     }).detach();
     return answered.wait_for(patience) == std::future_status::ready && answered.get();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+
 #include <chrono>
 
 namespace lumenfold {
@@ -10,8 +12,9 @@ inline constexpr const char *name = "org.lumenfold.LumenFold";
 inline constexpr const char *path = "/org/lumenfold/LumenFold";
 } // namespace remoteActions
 
-/// Tells the program that runs in this session that it was launched once more. True when it has answered; false without
-/// a bus, or when nobody answered for as long as `patience`. Needs no toolkit.
-bool activateRunningInstance(std::chrono::milliseconds patience);
+/// Asks the program that runs in this session for one of its actions, or tells it, with an empty name, that it was
+/// launched once more. True when it has answered; false without a bus, or when nobody answered for as long as
+/// `patience`. Needs no toolkit.
+bool askRunningInstance(const QByteArray &action, std::chrono::milliseconds patience);
 
 } // namespace lumenfold

@@ -82,7 +82,7 @@ TEST_F(ApplicationOnBusTest, WhatItDoesNotKnowIsIgnored)
 TEST_F(ApplicationOnBusTest, AnotherStartReachesIt)
 {
     ASSERT_TRUE(isOnTheBus());
-    std::future<bool> reached = std::async(std::launch::async, [] { return activateRunningInstance(5s); });
+    std::future<bool> reached = std::async(std::launch::async, [] { return askRunningInstance({}, 5s); });
     EXPECT_TRUE(waitFor([&] { return reached.wait_for(0s) == std::future_status::ready; }));
     EXPECT_TRUE(reached.get());
     EXPECT_EQ(done, QStringList{QStringLiteral("activate")});
@@ -93,14 +93,14 @@ TEST_F(ApplicationOnBusTest, AnotherStartReachesNobodyWhenNobodyIsThere)
     ASSERT_TRUE(isOnTheBus());
     actions.reset();
     EXPECT_TRUE(waitFor([this] { return !caller.interface()->isServiceRegistered(name).value(); }));
-    EXPECT_FALSE(activateRunningInstance(5s));
+    EXPECT_FALSE(askRunningInstance({}, 5s));
 }
 
 TEST_F(ApplicationOnBusTest, AnotherStartDoesNotWaitForOneThatHangs)
 {
     // This thread, which would answer, waits.
     ASSERT_TRUE(isOnTheBus());
-    EXPECT_FALSE(activateRunningInstance(100ms));
+    EXPECT_FALSE(askRunningInstance({}, 100ms));
     EXPECT_TRUE(waitFor([&] { return done.size() == 1; }));
 }
 

@@ -36,6 +36,7 @@
 #include "tests/support/fakes/FakeWorkspace.h"
 #include "tests/support/unit/LogWatch.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <gmock/gmock.h>
@@ -501,6 +502,19 @@ TEST_F(AppDelegateTest, ARecordingNotificationThatDoesNotSayTrueMeansFalse)
     }
     // Bound anew each time.
     EXPECT_EQ(idOf(fullScreen.first), before + 4 * 3);
+}
+
+TEST_F(AppDelegateTest, AnActionOfTheCommandLineIsCarriedOutALittleLater)
+{
+    launch();
+    delegate->carryOut(QStringLiteral("capture-full-screen"));
+    delegate->carryOut(QStringLiteral("format-disk"));
+    delegate->carryOut({});
+    queue.advance(60ms);
+    EXPECT_THAT(screenshots.captures, IsEmpty());
+    QCoreApplication::processEvents();
+    queue.advance(60ms);
+    EXPECT_EQ(screenshots.captures.size(), 1U);
 }
 
 TEST_F(AppDelegateTest, TheEndSavesTheListOfCards)
