@@ -38,7 +38,7 @@ void nameApplication()
     QCoreApplication::setOrganizationName(QStringLiteral("LumenFold"));
     QCoreApplication::setOrganizationDomain(QStringLiteral("lumenfold.org"));
     QCoreApplication::setApplicationVersion(QStringLiteral(LUMENFOLD_VERSION));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("LumenFold"));
+    // No display name: it is the name, and the toolkit would add it to the title of every window.
     QGuiApplication::setDesktopFileName(QStringLiteral("org.lumenfold.LumenFold"));
 }
 
