@@ -11,6 +11,7 @@
 #include <QCheckBox>
 #include <QDebug>
 #include <QShowEvent>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -21,6 +22,14 @@ namespace {
 // Points.
 constexpr int margin = 20;
 constexpr int sectionSpacing = 6;
+
+/// Not as the user would: nothing is stored. Assistive technologies toggle without a click, so that whatever else
+/// toggles a box is stored.
+void showChecked(QCheckBox *box, bool isOn)
+{
+    const QSignalBlocker blocker(box);
+    box->setChecked(isOn);
+}
 
 } // namespace
 
@@ -83,7 +92,7 @@ SettingsSection *GeneralSettingsView::makeCards()
 {
     auto *section = new SettingsSection(tr("Cards"));
     m_hideCard = new QCheckBox(tr("Hide the card after Copy or Save"));
-    connect(m_hideCard, &QCheckBox::clicked, this, [this](bool isOn) { m_with.config.setHideCardOnCopyOrSave(isOn); });
+    connect(m_hideCard, &QCheckBox::toggled, this, [this](bool isOn) { m_with.config.setHideCardOnCopyOrSave(isOn); });
     section->addRow(m_hideCard);
     return section;
 }
@@ -115,7 +124,7 @@ SettingsSection *GeneralSettingsView::makeStartup()
 {
     auto *section = new SettingsSection(tr("Startup"));
     m_startAtLogin = new QCheckBox(tr("Start LumenFold at login"));
-    connect(m_startAtLogin, &QCheckBox::clicked, this, &GeneralSettingsView::setStartsAtLogin);
+    connect(m_startAtLogin, &QCheckBox::toggled, this, &GeneralSettingsView::setStartsAtLogin);
     section->addRow(m_startAtLogin);
     return section;
 }
@@ -155,10 +164,10 @@ void GeneralSettingsView::colorIndicators()
 void GeneralSettingsView::read()
 {
     m_saveLocation->read();
-    m_hideCard->setChecked(m_with.config.hideCardOnCopyOrSave());
+    showChecked(m_hideCard, m_with.config.hideCardOnCopyOrSave());
     m_editorLocation->setValue(static_cast<int>(m_with.config.editorLocation()));
     m_replaceCard->setValue(m_with.config.replaceCardOnEdit() ? 1 : 0);
-    m_startAtLogin->setChecked(m_with.autostart.isEnabled());
+    showChecked(m_startAtLogin, m_with.autostart.isEnabled());
 }
 
 void GeneralSettingsView::setStartsAtLogin(bool starts)
@@ -166,7 +175,7 @@ void GeneralSettingsView::setStartsAtLogin(bool starts)
     if (const auto done = m_with.autostart.setEnabled(starts); !done) {
         qWarning().noquote().nospace() << "LumenFold autostart error: " << done.error().description;
     }
-    m_startAtLogin->setChecked(m_with.autostart.isEnabled());
+    showChecked(m_startAtLogin, m_with.autostart.isEnabled());
 }
 
 } // namespace lumenfold

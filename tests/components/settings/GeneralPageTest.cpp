@@ -177,6 +177,10 @@ TEST_F(GeneralPageTest, SwitchesAreStoredAtOnce)
     click(hide);
     EXPECT_TRUE(waitFor([this] { return !desk->config.hideCardOnCopyOrSave(); }));
 
+    // As assistive technologies do it.
+    hide->toggle();
+    EXPECT_TRUE(desk->config.hideCardOnCopyOrSave());
+
     EXPECT_TRUE(radio("Add a new card")->isChecked());
     click(radio("Replace the original card"));
     EXPECT_TRUE(waitFor([this] { return desk->config.replaceCardOnEdit(); }));
