@@ -6,6 +6,8 @@
 #include "editor/bridge/EditedPicture.h"
 #include "editor/bridge/EditorOrigin.h"
 #include "editor/bridge/HandOver.h"
+#include "platform/image/EncodingPool.h"
+#include "platform/memory/FilePages.h"
 #include "platform/workspace/Workspace.h"
 #include "service/AuthService.h"
 #include "service/TemplateSelection.h"
@@ -13,6 +15,7 @@
 
 #include <QApplication>
 #include <QDebug>
+#include <QThreadPool>
 #include <QWindow>
 
 #include <utility>
@@ -48,10 +51,20 @@ StudioModalWindowController::StudioModalWindowController(const Collaborators &co
     , m_requests({.config = m_with.config, .workspace = m_with.workspace, .filePanels = m_with.filePanels})
 {
     m_timeOut.setSingleShot(true);
+    m_afterClosing.setSingleShot(true);
+    m_afterClosing.callOnTimeout(this, &StudioModalWindowController::giveEngineBack);
     m_timeOut.callOnTimeout(this, [this] {
         m_view->stop();
         failed(ViewTrouble::unreachable, QStringLiteral("no answer in time"));
     });
+}
+
+/// The engine stays in the program, but nobody needs its code when the window is closed: some 50 MiB.
+void StudioModalWindowController::giveEngineBack()
+{
+    if (!m_view) {
+        backgroundPool().start([] { giveBackFilePages("libQt6"); });
+    }
 }
 
 StudioModalWindowController::~StudioModalWindowController()
@@ -229,6 +242,8 @@ void StudioModalWindowController::windowWillClose()
     if (m_view) {
         m_view->stop();
         m_view.reset();
+        // When the engine has put away what the page left.
+        m_afterClosing.start(std::chrono::seconds{2});
     }
     // It is telling that it closes.
     m_window.release()->deleteLater();

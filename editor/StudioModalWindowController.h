@@ -75,6 +75,7 @@ private:
     QCoro::Task<> reload();
     void bringForward();
     void windowWillClose();
+    void giveEngineBack();
 
     void deliverImage();
     QCoro::Task<> takeExport(QByteArray dataURL);
@@ -122,6 +123,7 @@ private:
     int m_ignoredMessages = 0;
     MessageAssembly m_assembly;
     QTimer m_timeOut;
+    QTimer m_afterClosing;
     BackgroundWork m_work;
 };
 

@@ -5,6 +5,31 @@
 
 namespace {
 
+/// A variable of the environment as long as this lives: not for the programs that are started from here.
+class OwnVariable {
+public:
+    OwnVariable(const char *name, const QByteArray &value)
+        : m_name(name), m_wasSet(qEnvironmentVariableIsSet(name)), m_before(qgetenv(name))
+    {
+        qputenv(name, value);
+    }
+    OwnVariable(const OwnVariable &) = delete;
+    OwnVariable &operator=(const OwnVariable &) = delete;
+    ~OwnVariable()
+    {
+        if (m_wasSet) {
+            qputenv(m_name, m_before);
+        } else {
+            qunsetenv(m_name);
+        }
+    }
+
+private:
+    const char *m_name;
+    const bool m_wasSet;
+    const QByteArray m_before;
+};
+
 /// Starts the web engine, which the first profile of a program does.
 ///
 /// It draws with the processor. Its other way runs the graphics driver inside this process, which lives for weeks: a
@@ -15,17 +40,12 @@ public:
     EngineStart()
     {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-        const QByteArray before = qgetenv(flagsVariable);
-        qputenv(flagsVariable, before + " --disable-gpu");
+        const OwnVariable flags(flagsVariable, qgetenv(flagsVariable) + " --disable-gpu");
+        // The engine asks the toolkit for what the driver can do, for which the toolkit would load it.
+        const OwnVariable integration("QT_XCB_GL_INTEGRATION", "none");
         s_otherHandler = qInstallMessageHandler(leaveOutWhatIsMeant);
         const QWebEngineProfile first;
         qInstallMessageHandler(s_otherHandler);
-        // Not for the programs that are started from here.
-        if (before.isEmpty()) {
-            qunsetenv(flagsVariable);
-        } else {
-            qputenv(flagsVariable, before);
-        }
     }
 
 private:

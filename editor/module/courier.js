@@ -10,7 +10,7 @@
   if (location.protocol === 'chrome-error:') {
     return;
   }
-  const pieceLength = 512 * 1024;
+  const pieceLength = 1024 * 1024;
   const longestQueue = 16;
   const restBetweenMessages = 5; // milliseconds
 
