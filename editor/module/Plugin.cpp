@@ -45,13 +45,13 @@ public:
         const OwnVariable integration("QT_XCB_GL_INTEGRATION", "none");
         s_otherHandler = qInstallMessageHandler(leaveOutWhatIsMeant);
         const QWebEngineProfile first;
-        qInstallMessageHandler(s_otherHandler);
     }
 
 private:
     static constexpr const char *flagsVariable = "QTWEBENGINE_CHROMIUM_FLAGS";
 
-    /// The engine warns that it draws without a driver, and tells at length with which settings it starts.
+    /// The engine warns that it draws without a driver, now or when its threads get there, and tells at length with
+    /// which settings it starts. For as long as the program runs, like the module.
     static void leaveOutWhatIsMeant(QtMsgType type, const QMessageLogContext &context, const QString &message)
     {
         const bool isTalk =
