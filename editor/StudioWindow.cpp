@@ -123,6 +123,10 @@ void StudioWindow::showNotice(const Notice &notice)
     m_spinner->setSpinning(false);
     m_title->setText(notice.title);
     m_text->setText(notice.text);
+    for (QLabel *label : {m_title, m_text}) {
+        // The layouts around them do not ask how high a text of several lines is at this width.
+        label->setFixedHeight(label->heightForWidth(widthOfNotice));
+    }
     qDeleteAll(m_buttons->findChildren<QPushButton *>(Qt::FindDirectChildrenOnly));
     for (const Button &button : notice.buttons) {
         auto *made = new QPushButton(button.text, m_buttons);

@@ -31,10 +31,11 @@ TEST_F(DontCrash, dont_crash_when_windows_come_and_go_during_captures)
     Desktop &desktop = start();
     for (int round = 1; round <= 5; ++round) {
         desktop.press("Super+Alt+1");
-        while (desktop.clipboard().ownerChanges() < round) {
+        waitUntil("the capture", [&] {
             TestWindow &window = desktop.openWindow({.frame = {600, 100, 200, 150}});
             desktop.closeWindow(window);
-        }
+            return desktop.clipboard().ownerChanges() >= round;
+        });
         // The one before has to be over.
         desktop.waitForPanels(round);
     }

@@ -21,6 +21,8 @@ protected:
         const auto labels = window()->findChildren<QLabel *>();
         for (const QLabel *label : labels) {
             texts.append(label->text());
+            EXPECT_TRUE(!label->isVisible() || label->height() >= label->heightForWidth(label->width()))
+                << qPrintable(label->text());
         }
         EXPECT_TRUE(texts.contains(title)) << qPrintable(texts.join(u'\n'));
     }
