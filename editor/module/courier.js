@@ -2,8 +2,8 @@
 // document with it but none of its variables and functions, and what the page redefines is redefined in the page's world
 // only. The channel to the program exists in this world alone, and in the main frame alone.
 //
-// A message goes in pieces, each sent when the program has taken the one before, so that no message keeps the program's
-// main thread for long, and a page that says more than is heard fills nobody's memory but its own.
+// A message goes in pieces, of which the program has answered all but a few before another is sent, so that no message
+// keeps the program's main thread for long, and a page that says more than is heard fills nobody's memory but its own.
 (function (token, names) {
   'use strict';
   // The engine's own empty page in place of one that cannot be had.
@@ -11,6 +11,8 @@
     return;
   }
   const pieceLength = 1024 * 1024;
+  // While the program takes one, the next is on its way.
+  const mostUnanswered = 2;
   const longestQueue = 16;
   const restBetweenMessages = 5; // milliseconds
 
@@ -22,12 +24,11 @@
   let count = 0;
   const queue = [];
 
-  function sendPiece(message, index) {
+  function pieceOf(message, index) {
     const start = index * pieceLength;
     const isText = message.body !== null;
     const length = isText ? message.body.length : 0;
-    const isLast = start + pieceLength >= length;
-    program.take({
+    return {
       document: documentName,
       message: message.number,
       index,
@@ -35,20 +36,36 @@
       name: message.name,
       origin: message.origin,
       text: isText ? message.body.substr(start, pieceLength) : null,
-      last: isLast
-    }, accepted => {
-      if (accepted && !isLast) {
-        sendPiece(message, index + 1);
-      } else {
-        setTimeout(() => { sending = false; send(); }, restBetweenMessages);
+      last: start + pieceLength >= length
+    };
+  }
+
+  function sendPieces(message, done) {
+    let next = 0;
+    let unanswered = 0;
+    let isOver = false;
+    function proceed() {
+      while (!isOver && unanswered < mostUnanswered) {
+        const piece = pieceOf(message, next++);
+        isOver = piece.last;
+        ++unanswered;
+        program.take(piece, accepted => {
+          --unanswered;
+          isOver = isOver || !accepted;
+          proceed();
+        });
       }
-    });
+      if (isOver && unanswered === 0) {
+        done();
+      }
+    }
+    proceed();
   }
 
   function send() {
     if (program && !sending && queue.length > 0) {
       sending = true;
-      sendPiece(queue.shift(), 0);
+      sendPieces(queue.shift(), () => setTimeout(() => { sending = false; send(); }, restBetweenMessages));
     }
   }
 

@@ -39,7 +39,7 @@ EditorDesk::EditorDesk()
 {
     files.pictures = folder.path();
     defaults.setRaw(AppConfig::editorBaseOverrideKey, service->baseURL().toString());
-    store.putFromOutside({.service = KeychainHelper::service, .account = AuthService::keychainKey}, "demo-key");
+    putKey("demo-key");
     controller = std::make_unique<StudioModalWindowController>(StudioModalWindowController::Collaborators{
         .config = config,
         .auth = auth,

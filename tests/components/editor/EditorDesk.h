@@ -1,21 +1,12 @@
 #pragma once
 
-#include "app/configuration/AppConfig.h"
 #include "editor/StudioModalWindowController.h"
-#include "platform/notifications/NotificationCenter.h"
-#include "service/AuthService.h"
-#include "service/KeychainHelper.h"
-#include "service/http/HttpClient.h"
 #include "tests/support/desktop/GuiTest.h"
 #include "tests/support/desktop/Input.h"
 #include "tests/support/desktop/Wait.h"
-#include "tests/support/fakes/FakeFileManager.h"
+#include "tests/support/fakes/FakeAccount.h"
 #include "tests/support/fakes/FakeFilePanels.h"
-#include "tests/support/fakes/FakeMainQueue.h"
-#include "tests/support/fakes/FakeScreens.h"
-#include "tests/support/fakes/FakeSecretStore.h"
 #include "tests/support/fakes/FakeService.h"
-#include "tests/support/fakes/FakeUserDefaults.h"
 #include "tests/support/fakes/FakeWorkspace.h"
 #include "tests/support/service/ServiceDouble.h"
 #include "tests/support/unit/LogWatch.h"
@@ -31,7 +22,7 @@ namespace lumenfold::test {
 
 /// The editor's window with the real module. What happens in a page is seen as people's servers see it: a page of a
 /// test calls `report(text)`, which asks the double for "/report?…".
-class EditorDesk : public ::testing::Test {
+class EditorDesk : public ::testing::Test, protected FakeAccount {
 protected:
     EditorDesk();
     ~EditorDesk() override;
@@ -65,21 +56,6 @@ protected:
     QTemporaryDir folder;
     std::unique_ptr<ServiceDouble> service = std::make_unique<ServiceDouble>();
     ServiceDouble otherService;
-    FakeSecretStore store;
-    KeychainHelper keychain{store};
-    FakeUserDefaults defaults;
-    NotificationCenter notifications;
-    FakeMainQueue queue;
-    FakeScreens screens;
-    FakeFileManager files;
-    AppConfig config{defaults, screens, files};
-    HttpClient http;
-    AuthService auth{{.http = http,
-                      .config = config,
-                      .keychain = keychain,
-                      .defaults = defaults,
-                      .notifications = notifications,
-                      .queue = queue}};
     FakeTemplateSelection templates;
     FakeWorkspace workspace;
     FakeFilePanels panels;

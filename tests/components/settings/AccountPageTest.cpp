@@ -81,7 +81,7 @@ TEST_F(AccountPageTest, DisconnectingSwitchesThePageWithTheNotification)
     EXPECT_EQ(words().constFirst(), u"Not connected");
     EXPECT_NE(button("Connect with API Key…"), nullptr);
     EXPECT_EQ(button("Disconnect"), nullptr);
-    EXPECT_TRUE(desk->secrets.items().empty());
+    EXPECT_TRUE(desk->keyring.items().empty());
 }
 
 TEST_F(AccountPageTest, ConnectingElsewhereSwitchesItToo)
@@ -90,7 +90,7 @@ TEST_F(AccountPageTest, ConnectingElsewhereSwitchesItToo)
     desk->signIn(address);
     EXPECT_EQ(words().value(0), u"Connected to LumenFold");
     EXPECT_EQ(words().value(1), address);
-    desk->secrets.removeFromOutside({.service = KeychainHelper::service, .account = AuthService::keychainKey});
+    desk->removeKey();
     EXPECT_EQ(words().value(0), u"Not connected");
 }
 

@@ -16,8 +16,8 @@ public:
         storage,
         templates,
         preview,
-        /// What a browser shows: "/studio", "/dashboard/account", the editor ("/integration/electron") and whatever else
-        /// there is no other name for.
+        /// What a browser shows: "/studio", "/dashboard/account", the editor ("/integration/electron") and whatever
+        /// else there is no other name for.
         page,
     };
 

@@ -48,7 +48,7 @@ void SettingsDesk::signIn(const QString &email)
     if (!email.isEmpty()) {
         defaults.setRaw(AuthService::emailDefaultsKey, email);
     }
-    secrets.putFromOutside({.service = KeychainHelper::service, .account = AuthService::keychainKey}, "key");
+    putKey("key");
     queue.advance({});
 }
 

@@ -1,25 +1,16 @@
 #pragma once
 
-#include "app/configuration/AppConfig.h"
-#include "platform/notifications/NotificationCenter.h"
-#include "service/AuthService.h"
-#include "service/KeychainHelper.h"
-#include "service/http/HttpClient.h"
 #include "service/templates/TemplateStore.h"
 #include "settings/SettingsWindowController.h"
 #include "shortcuts/ShortcutStore.h"
+#include "tests/support/fakes/FakeAccount.h"
 #include "tests/support/fakes/FakeAlerts.h"
 #include "tests/support/fakes/FakeAppearance.h"
 #include "tests/support/fakes/FakeAutostart.h"
-#include "tests/support/fakes/FakeFileManager.h"
 #include "tests/support/fakes/FakeKeyEventTap.h"
-#include "tests/support/fakes/FakeMainQueue.h"
 #include "tests/support/fakes/FakeOpenPanel.h"
 #include "tests/support/fakes/FakePreviewDownloads.h"
-#include "tests/support/fakes/FakeScreens.h"
-#include "tests/support/fakes/FakeSecretStore.h"
 #include "tests/support/fakes/FakeService.h"
-#include "tests/support/fakes/FakeUserDefaults.h"
 #include "tests/support/fakes/FakeWorkspace.h"
 
 #include <memory>
@@ -30,7 +21,7 @@ class QDialog;
 namespace lumenfold::test {
 
 /// A settings window, and everything that it changes.
-class SettingsDesk {
+class SettingsDesk : public FakeAccount {
 public:
     /// Keys come from `taps`; from the fake's when null. They must outlive the desk.
     explicit SettingsDesk(KeyEventTapService *taps = nullptr);
@@ -71,28 +62,13 @@ public:
     FakeAlerts alerts;
     FakeWorkspace workspace;
     FakeAppearance appearance;
-    FakeScreens screens;
-    FakeFileManager files;
-    FakeUserDefaults defaults;
-    NotificationCenter notifications;
-    FakeMainQueue queue;
-    FakeSecretStore secrets;
     FakeOpenPanel openPanel;
     FakeAutostart autostart;
     FakeLumenfoldService service;
     FakePreviewDownloads previews;
     FakeApiKeySetupWindow apiKeySetup;
-    AppConfig config{defaults, screens, files};
     ShortcutStore shortcuts{defaults, notifications};
     TemplateStore templates{defaults, notifications};
-    KeychainHelper keychain{secrets};
-    HttpClient http;
-    AuthService auth{{.http = http,
-                      .config = config,
-                      .keychain = keychain,
-                      .defaults = defaults,
-                      .notifications = notifications,
-                      .queue = queue}};
     /// What was announced of recording.
     std::vector<bool> recordings;
     std::unique_ptr<SettingsWindowController> controller;

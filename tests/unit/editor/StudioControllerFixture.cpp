@@ -11,7 +11,7 @@ namespace lumenfold::test {
 StudioControllerTest::StudioControllerTest()
 {
     defaults.setRaw(AppConfig::editorBaseOverrideKey, origin);
-    store.putFromOutside({.service = KeychainHelper::service, .account = AuthService::keychainKey}, "demo-key");
+    putKey("demo-key");
     makeController();
 }
 

@@ -1,19 +1,10 @@
 #pragma once
 
-#include "app/configuration/AppConfig.h"
 #include "editor/StudioModalWindowController.h"
-#include "platform/notifications/NotificationCenter.h"
-#include "service/AuthService.h"
-#include "service/KeychainHelper.h"
-#include "service/http/HttpClient.h"
+#include "tests/support/fakes/FakeAccount.h"
 #include "tests/support/fakes/FakeEditorView.h"
-#include "tests/support/fakes/FakeFileManager.h"
 #include "tests/support/fakes/FakeFilePanels.h"
-#include "tests/support/fakes/FakeMainQueue.h"
-#include "tests/support/fakes/FakeScreens.h"
-#include "tests/support/fakes/FakeSecretStore.h"
 #include "tests/support/fakes/FakeService.h"
-#include "tests/support/fakes/FakeUserDefaults.h"
 #include "tests/support/fakes/FakeWorkspace.h"
 
 #include <gmock/gmock.h>
@@ -24,7 +15,7 @@
 namespace lumenfold::test {
 
 /// The controller on the toolkit's platform without a screen, with a page that the test plays.
-class StudioControllerTest : public ::testing::Test {
+class StudioControllerTest : public ::testing::Test, protected FakeAccount {
 protected:
     StudioControllerTest();
     ~StudioControllerTest() override;
@@ -46,21 +37,6 @@ protected:
     [[nodiscard]] static QString dataURLOf(const Image &image);
 
     const QString origin = QStringLiteral("https://www.example.org");
-    FakeSecretStore store;
-    KeychainHelper keychain{store};
-    FakeUserDefaults defaults;
-    NotificationCenter notifications;
-    FakeMainQueue queue;
-    FakeScreens screens;
-    FakeFileManager files;
-    AppConfig config{defaults, screens, files};
-    HttpClient http;
-    AuthService auth{{.http = http,
-                      .config = config,
-                      .keychain = keychain,
-                      .defaults = defaults,
-                      .notifications = notifications,
-                      .queue = queue}};
     FakeTemplateSelection templates;
     FakeWorkspace workspace;
     FakeFilePanels panels;

@@ -84,7 +84,7 @@ TEST_F(StudioControllerTest, APictureThatCannotBeEncodedOpensNothing)
 
 TEST_F(StudioControllerTest, WithoutAKeyThereIsNoneInTheAddress)
 {
-    store.removeFromOutside({.service = KeychainHelper::service, .account = AuthService::keychainKey});
+    removeKey();
     presentAndLoad(4, QString());
     EXPECT_EQ(page.loads, QList{QUrl(u"https://www.example.org/integration/electron"_s)});
     sayLoaded();

@@ -1,37 +1,29 @@
 #include "app/lifecycle/AppDelegate.h"
 
 #include "app/actions/ActionHandler.h"
-#include "app/configuration/AppConfig.h"
 #include "app/menubar/MenuBarController.h"
 #include "app/updates/UpdaterController.h"
 #include "capture/CaptureCoordinator.h"
 #include "capture/areaselection/AreaSelectionController.h"
 #include "cards/PreviewWindowController.h"
 #include "platform/keyboard/KeyEvent.h"
-#include "service/AuthService.h"
-#include "service/KeychainHelper.h"
-#include "service/http/HttpClient.h"
 #include "shortcuts/HotkeyManager.h"
 #include "shortcuts/ShortcutStore.h"
+#include "tests/support/fakes/FakeAccount.h"
 #include "tests/support/fakes/FakeAlerts.h"
 #include "tests/support/fakes/FakeCardStore.h"
 #include "tests/support/fakes/FakeCardViews.h"
 #include "tests/support/fakes/FakeEventMonitors.h"
-#include "tests/support/fakes/FakeFileManager.h"
 #include "tests/support/fakes/FakeHotKeyService.h"
 #include "tests/support/fakes/FakeKeyEventTap.h"
-#include "tests/support/fakes/FakeMainQueue.h"
 #include "tests/support/fakes/FakePanel.h"
 #include "tests/support/fakes/FakePasteboard.h"
 #include "tests/support/fakes/FakePermissions.h"
 #include "tests/support/fakes/FakeRemoteActions.h"
-#include "tests/support/fakes/FakeScreens.h"
 #include "tests/support/fakes/FakeScreenshotManager.h"
-#include "tests/support/fakes/FakeSecretStore.h"
 #include "tests/support/fakes/FakeService.h"
 #include "tests/support/fakes/FakeSettingsWindow.h"
 #include "tests/support/fakes/FakeStatusItem.h"
-#include "tests/support/fakes/FakeUserDefaults.h"
 #include "tests/support/fakes/FakeWindowList.h"
 #include "tests/support/fakes/FakeWorkspace.h"
 #include "tests/support/unit/LogWatch.h"
@@ -70,7 +62,7 @@ public:
 };
 
 /// The real coordinator and the real hotkey manager on fake platform services.
-class AppDelegateTest : public ::testing::Test {
+class AppDelegateTest : public ::testing::Test, protected FakeAccount {
 protected:
     AppDelegateTest()
     {
@@ -82,7 +74,7 @@ protected:
         remoteActions.onPublish = [this] { journal.append(QStringLiteral("publish actions")); };
         apiKeySetup.onPresent = [this] { journal.append(QStringLiteral("ask for the key")); };
         // Most users have a key.
-        secrets.putFromOutside(apiKeyItem, "key");
+        putKey("key");
     }
 
     std::unique_ptr<CaptureCoordinator> makeCoordinator()
@@ -182,11 +174,6 @@ protected:
     const Bound capturesAndUndo{fullScreen, area, lastArea, undo};
 
     QStringList journal;
-    FakeMainQueue queue;
-    FakeScreens screens;
-    FakeFileManager files;
-    FakeUserDefaults defaults;
-    AppConfig config{defaults, screens, files};
     FakePasteboard pasteboard;
     ActionHandler actions{pasteboard, config};
     FakeScreenshotManager screenshots;
@@ -200,18 +187,7 @@ protected:
     FakeWorkspace workspace;
     FakePermissions permissions;
     FakeAlerts alerts;
-    NotificationCenter notifications;
     ShortcutStore shortcuts{defaults, notifications};
-    const SecretKey apiKeyItem{.service = KeychainHelper::service, .account = AuthService::keychainKey};
-    FakeSecretStore secrets;
-    KeychainHelper keychain{secrets};
-    HttpClient http;
-    AuthService auth{{.http = http,
-                      .config = config,
-                      .keychain = keychain,
-                      .defaults = defaults,
-                      .notifications = notifications,
-                      .queue = queue}};
     FakeApiKeySetupWindow apiKeySetup;
     FakeSettingsWindow settingsWindow;
     FakeStatusArea statusArea;
@@ -247,7 +223,7 @@ TEST_F(AppDelegateTest, WithThePermissionThereIsNoAlertNoRequestAndNoSettingsPan
 
 TEST_F(AppDelegateTest, EverythingComesInItsOrder)
 {
-    secrets.removeFromOutside(apiKeyItem);
+    removeKey();
     hotKeys.onRegister = [this] { journal.append(QStringLiteral("register")); };
     launch();
     EXPECT_EQ(journal, QStringList({QStringLiteral("setActivationPolicy 1"), QStringLiteral("preflight"),
@@ -312,7 +288,7 @@ TEST_F(AppDelegateTest, TheThreeCapturesAreBoundInTheirOrder)
 
 TEST_F(AppDelegateTest, WithoutAKeyTheUserIsAskedForOneBeforeTheCardsAreBack)
 {
-    secrets.removeFromOutside(apiKeyItem);
+    removeKey();
     launch();
     EXPECT_EQ(apiKeySetup.presentations, 1);
     EXPECT_GT(journal.indexOf(QStringLiteral("ask for the key")),
@@ -328,39 +304,39 @@ TEST_F(AppDelegateTest, WithAKeyNobodyIsAsked)
 
 TEST_F(AppDelegateTest, ALockedKeyIsAKey)
 {
-    secrets.setLocked(true);
+    keyring.setLocked(true);
     launch();
     EXPECT_EQ(apiKeySetup.presentations, 0);
-    EXPECT_TRUE(secrets.operations.isEmpty());
+    EXPECT_TRUE(keyring.operations.isEmpty());
 }
 
 TEST_F(AppDelegateTest, TheStartDoesNotWaitForTheKeyring)
 {
-    secrets.removeFromOutside(apiKeyItem);
-    secrets.keepSilent();
+    removeKey();
+    keyring.keepSilent();
     launch();
     EXPECT_EQ(bound(), captures);
     EXPECT_TRUE(journal.contains(QStringLiteral("restore cards")));
     EXPECT_EQ(apiKeySetup.presentations, 0);
-    secrets.answer();
+    keyring.answer();
     EXPECT_EQ(apiKeySetup.presentations, 1);
 }
 
 TEST_F(AppDelegateTest, AKeyringThatNeverAnswersIsNotTakenForAnEmptyOne)
 {
-    secrets.keepSilent();
+    keyring.keepSilent();
     launch();
-    secrets.giveUp();
+    keyring.giveUp();
     EXPECT_EQ(apiKeySetup.presentations, 0);
 }
 
 TEST_F(AppDelegateTest, AnAnswerAfterTheEndAsksNobody)
 {
-    secrets.removeFromOutside(apiKeyItem);
-    secrets.keepSilent();
+    removeKey();
+    keyring.keepSilent();
     launch();
     delegate.reset();
-    secrets.answer();
+    keyring.answer();
     EXPECT_EQ(apiKeySetup.presentations, 0);
 }
 
