@@ -62,9 +62,11 @@ void EditorDesk::serve(const QByteArray &script)
                               "<!doctype html><title>Page</title><body><script>const elsewhere = '" +
                                   otherService.baseURL().toEncoded() +
                                   "';\nconst report = text => fetch('/report?' + encodeURIComponent(text));\n"
-                                  // The first key would be lost on a page that has no focus yet.
-                                  "const ready = () => document.hasFocus() ? report('ready')"
-                                  " : addEventListener('focus', () => report('ready'), { once: true });\n" +
+                                  // A key is lost on a page that has no focus yet or was never painted.
+                                  "const painted = () => requestAnimationFrame("
+                                  "    () => requestAnimationFrame(() => report('ready')));\n"
+                                  "const ready = () => document.hasFocus() ? painted()"
+                                  " : addEventListener('focus', painted, { once: true });\n" +
                                   script + "</script></body>");
     });
 }

@@ -27,7 +27,7 @@ protected:
     EditorDesk();
     ~EditorDesk() override;
 
-    static constexpr std::chrono::seconds patience{20};
+    static constexpr std::chrono::seconds patience{120};
 
     /// From now on the editor's page is one with this script. In it, `elsewhere` is another origin.
     void serve(const QByteArray &script);

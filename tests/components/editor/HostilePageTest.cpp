@@ -179,11 +179,11 @@ TEST_F(HostilePageTest, PostsAHundredMegabytes)
 {
     serve("webkit.messageHandlers.lumenfoldImage.postMessage('x'.repeat(100e6));"
           "webkit.messageHandlers.lumenfoldImage.postMessage('x'.repeat(300e6));"
-          "webkit.messageHandlers.lumenfoldImage.postMessage({length: 1e9});report('posted');"
+          "webkit.messageHandlers.lumenfoldImage.postMessage({length: 1e9});ready();"
           "addEventListener('keydown', () => " +
           exporting().chopped(1) + ");");
     presentSomething();
-    waitForReport(u"posted"_s);
+    waitForReport(u"ready"_s);
     expectNoExport();
     // Behind them everybody is heard.
     strike("e");
@@ -192,12 +192,14 @@ TEST_F(HostilePageTest, PostsAHundredMegabytes)
 
 TEST_F(HostilePageTest, PostsAMillionTimes)
 {
-    serve("for (let count = 0; count < 1e6; ++count) webkit.messageHandlers.lumenfoldImage.postMessage('x' + count);"
-          "report('posted');addEventListener('keydown', () => " +
+    // Once the page is there: until then the program's patience with a page counts.
+    serve("addEventListener('load', () => setTimeout(() => {"
+          "  for (let count = 0; count < 1e6; ++count) webkit.messageHandlers.lumenfoldImage.postMessage('x' + count);"
+          "  ready(); }));addEventListener('keydown', () => " +
           exporting().chopped(1) + ");");
     presentSomething();
-    waitForReport(u"posted"_s);
-    EXPECT_TRUE(logLines().isEmpty());
+    waitForReport(u"ready"_s);
+    EXPECT_TRUE(logLines().filter(u"LumenFold"_s).isEmpty());
     expectNoExport();
     strike("e");
     waitForExports(1);

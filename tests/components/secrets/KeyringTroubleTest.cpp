@@ -54,7 +54,8 @@ TEST_F(KeyringTroubleTest, ALockedItemIsThereAndUnlockedWhenAsked)
 
 TEST_F(KeyringTroubleTest, LockingAndUnlockingAreFollowed)
 {
-    makeDaemon({.apiKey = "the key"});
+    // Of a keyring without a password the service does not tell that it was unlocked.
+    makeDaemon({.apiKey = "the key", .password = "master"});
     makeAnsweredStore();
     daemon->lock();
     EXPECT_TRUE(untilPresence(SecretPresence::locked));

@@ -17,6 +17,21 @@ const QString notSelected = QStringLiteral("Screenshots open in the editor with 
 const QString clear = QStringLiteral("Clear");
 const QString retry = QStringLiteral("Retry");
 
+/// Counts the releases of a button over a widget.
+class Releases : public QObject {
+public:
+    explicit Releases(QWidget &over) { over.installEventFilter(this); }
+
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::MouseButtonRelease ? 1 : 0;
+        return false;
+    }
+};
+
 TEST_F(PickerWindowTest, AClickSelectsMovesToTheFrontAndAnotherClears)
 {
     openLoaded();
@@ -56,7 +71,11 @@ TEST_F(PickerWindowTest, TheGapsBetweenCellsAreNobodys)
     const QPoint gap(cell.right() + TemplateGrid::halfGap, cell.center().y());
     EXPECT_FALSE(grid().indexAt(gap).isValid());
     EXPECT_EQ(grid().indexAt(cell.center()).row(), 0);
+    const Releases releases(*grid().viewport());
     pointer.click(onScreen(*grid().viewport(), gap));
+    // Between a click that a window manager replays and one that comes in the same moment, events get lost.
+    ASSERT_TRUE(waitFor([&] { return releases.count == 1; }));
+    EXPECT_FALSE(store.hasSelection());
     pointer.click(cellOnScreen(1));
     ASSERT_TRUE(waitFor([this] { return store.hasSelection(); }));
     EXPECT_EQ(store.selectedId(), QStringLiteral("t2"));

@@ -17,7 +17,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr std::chrono::seconds patience{30};
+constexpr std::chrono::seconds patience{120};
 
 class EditInEditor : public DesktopTest {
 protected:
