@@ -1,10 +1,9 @@
 #include "editor/EditorModule.h"
 
+#include "platform/modules/ProgramModule.h"
 #include "platform/sandbox/WebSandbox.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QLibrary>
 #include <QOpenGLContext>
 
 #include <mutex>
@@ -30,22 +29,6 @@ void standInForGraphicsContext()
     }
 }
 
-tl::expected<MakeView *, QString> load()
-{
-    standInForGraphicsContext();
-    const QDir programFolder(QCoreApplication::applicationDirPath());
-    QString trouble;
-    for (const QString &folder : {QStringLiteral("."), QStringLiteral(LUMENFOLD_MODULE_FOLDER)}) {
-        // It stays loaded: the web engine cannot be unloaded.
-        QLibrary module(programFolder.filePath(folder + QStringLiteral("/lumenfold_editor.so")));
-        if (auto *found = module.resolve("lumenfoldMakeEditorView")) {
-            return reinterpret_cast<MakeView *>(found);
-        }
-        trouble += module.errorString() + u' ';
-    }
-    return tl::unexpected(trouble.trimmed());
-}
-
 } // namespace
 
 tl::expected<MakeEditorView, EditorModuleTrouble> loadEditorModule()
@@ -68,11 +51,12 @@ tl::expected<MakeEditorView, EditorModuleTrouble> loadEditorModule()
     // One that is missing may be installed while the program runs.
     static MakeView *make = nullptr;
     if (make == nullptr) {
-        const auto loaded = load();
-        if (!loaded) {
-            return tl::unexpected(EditorModuleTrouble{EditorModuleTrouble::Kind::missing, loaded.error()});
+        standInForGraphicsContext();
+        const auto found = functionOfModule(QStringLiteral("lumenfold_editor.so"), "lumenfoldMakeEditorView");
+        if (!found) {
+            return tl::unexpected(EditorModuleTrouble{EditorModuleTrouble::Kind::missing, found.error()});
         }
-        make = *loaded;
+        make = reinterpret_cast<MakeView *>(*found);
     }
     return [](const EditorView::Options &options, EditorViewClient &client, QWidget *parent) {
         return std::unique_ptr<EditorView>(make(&options, &client, parent));

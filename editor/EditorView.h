@@ -7,7 +7,8 @@
 #include <QStringList>
 #include <QUrl>
 
-#include <chrono>
+#include <tl/expected.hpp>
+
 #include <functional>
 #include <memory>
 
@@ -15,7 +16,7 @@ class QWidget;
 
 namespace lumenfold {
 
-/// A file that the page offers, by other means than a data address. Nothing is written unless it is saved.
+/// A file that the page offers, by other means than a data address. Nothing of it stays unless it is saved.
 class OfferedFile {
 public:
     OfferedFile() = default;
@@ -28,8 +29,9 @@ public:
     [[nodiscard]] virtual QString mimeType() const = 0;
     /// As the page would name it; empty if it has no name for it. A name, not a path.
     [[nodiscard]] virtual QString suggestedName() const = 0;
-    /// Writes it to that path. `failed` is called with the reason if it cannot be done.
-    virtual void saveAs(const QString &path, std::function<void(QString reason)> failed) = 0;
+    /// Calls `done` with the path of a file that holds all of it and goes with this object, or with the reason why
+    /// there is none; once, and not at all when the view goes first. This object lives until then if `done` holds it.
+    virtual void fetch(std::function<void(tl::expected<QString, QString> path)> done) = 0;
 };
 
 enum class NavigationKind { linkClicked, other };

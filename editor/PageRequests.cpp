@@ -95,17 +95,26 @@ void PageRequests::saveDataURL(const QByteArray &address)
         return;
     }
     askWhereToSave(downloadName(m_with.now(), download->mimeType),
-                   [this, bytes = download->bytes](const QString &path) { write(path, bytes); });
+                   [this, bytes = download->bytes](const QString &path) {
+                       write(path, [bytes](QFile &to) { return writeBytes(to, bytes); });
+                   });
 }
 
 void PageRequests::saveFile(std::unique_ptr<OfferedFile> file)
 {
     const QString name = QFileInfo(file->suggestedName()).fileName();
     const bool isData = file->address().scheme() == dataScheme;
-    // Shared, because whoever may never be called holds it.
     const std::shared_ptr<OfferedFile> offered(std::move(file));
     askWhereToSave(isData || name.isEmpty() ? downloadName(m_with.now(), offered->mimeType().toLower()) : name,
-                   [offered](const QString &path) { offered->saveAs(path, logSaveFailure); });
+                   [this, offered](const QString &path) {
+                       offered->fetch([self = QPointer(this), offered, path](const auto &fetched) {
+                           if (!fetched) {
+                               logSaveFailure(fetched.error());
+                           } else if (self) {
+                               self->write(path, contentsOf(*fetched), offered);
+                           }
+                       });
+                   });
 }
 
 void PageRequests::askWhereToSave(const QString &name, std::function<void(const QString &path)> save)
@@ -128,10 +137,10 @@ void PageRequests::askWhereToSave(const QString &name, std::function<void(const 
                            });
 }
 
-QCoro::Task<> PageRequests::write(QString path, QByteArray bytes)
+QCoro::Task<> PageRequests::write(QString path, FileWriter contents, std::shared_ptr<OfferedFile>)
 {
-    const std::function<tl::expected<void, QString>()> work = [path, bytes] {
-        return writeUserFile(path, [bytes](QFile &file) { return writeBytes(file, bytes); });
+    const std::function<tl::expected<void, QString>()> work = [path, contents] {
+        return writeUserFile(path, contents);
     };
     tl::expected<void, QString> written;
     try {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/EditorView.h"
+#include "platform/files/FileContents.h"
 #include "service/BackgroundWork.h"
 
 #include <QCoroTask>
@@ -9,6 +10,7 @@
 #include <QPointer>
 
 #include <functional>
+#include <memory>
 
 class QWidget;
 
@@ -56,7 +58,8 @@ private:
     void saveDataURL(const QByteArray &address);
     /// Calls `save` with the path that the user chooses, if he does.
     void askWhereToSave(const QString &name, std::function<void(const QString &path)> save);
-    QCoro::Task<> write(QString path, QByteArray bytes);
+    /// `source` is kept until that is done.
+    QCoro::Task<> write(QString path, FileWriter contents, std::shared_ptr<OfferedFile> source = {});
     [[nodiscard]] bool mayShowPanel() const;
 
     const Collaborators m_with;

@@ -63,7 +63,7 @@ StudioModalWindowController::StudioModalWindowController(const Collaborators &co
 void StudioModalWindowController::giveEngineBack()
 {
     if (!m_view) {
-        backgroundPool().start([] { giveBackFilePages("libQt6"); });
+        backgroundPool().start([] { giveBackFilePages("libQt6WebEngine"); });
     }
 }
 

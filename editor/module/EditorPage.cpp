@@ -1,10 +1,7 @@
 #include "editor/module/EditorPage.h"
 
-#include <QCoreApplication>
-#include <QFile>
 #include <QPointer>
 #include <QTemporaryDir>
-#include <QThread>
 #include <QWebEngineCertificateError>
 #include <QWebEngineClientCertificateSelection>
 #include <QWebEngineDownloadRequest>
@@ -24,18 +21,16 @@
 namespace lumenfold {
 namespace {
 
-/// Comes into a folder of our own, because the web engine gives up what is not accepted at once; from there it goes
-/// where the user wants it.
+/// Comes into a folder of our own, because the web engine gives up what is not accepted at once.
 class Download : public OfferedFile {
 public:
     explicit Download(QWebEngineDownloadRequest *download)
         : m_download(download)
-        , m_folder(std::make_shared<QTemporaryDir>())
         , m_address(download->url())
         , m_mimeType(download->mimeType())
         , m_suggestedName(download->suggestedFileName())
     {
-        m_download->setDownloadDirectory(m_folder->path());
+        m_download->setDownloadDirectory(m_folder.path());
         m_download->setDownloadFileName(name);
         m_download->accept();
         // A page that offers something endless must not fill the disk while the user thinks.
@@ -48,7 +43,7 @@ public:
     }
     ~Download() override
     {
-        if (m_download && !m_isWanted && !m_download->isFinished()) {
+        if (m_download && !m_download->isFinished()) {
             m_download->cancel();
         }
     }
@@ -57,51 +52,35 @@ public:
     [[nodiscard]] QString mimeType() const override { return m_mimeType; }
     [[nodiscard]] QString suggestedName() const override { return m_suggestedName; }
 
-    void saveAs(const QString &path, std::function<void(QString reason)> failed) override
+    void fetch(std::function<void(tl::expected<QString, QString> path)> done) override
     {
-        m_isWanted = true;
         if (!m_download) {
-            failed(EditorPage::tr("the page is gone"));
+            done(tl::unexpected(EditorPage::tr("the page is gone")));
         } else if (m_download->isFinished()) {
-            move(*m_download, m_folder, path, failed);
+            done(outcome());
         } else {
-            QObject::connect(m_download, &QWebEngineDownloadRequest::isFinishedChanged, m_download,
-                             [download = m_download.data(), folder = m_folder, path, failed] {
-                                 move(*download, folder, path, failed);
-                             });
+            QObject::connect(
+                m_download, &QWebEngineDownloadRequest::isFinishedChanged, m_download,
+                [this, done = std::move(done)] { done(outcome()); }, Qt::SingleShotConnection);
         }
     }
 
 private:
-    static void move(const QWebEngineDownloadRequest &download, const std::shared_ptr<QTemporaryDir> &folder,
-                     const QString &path, const std::function<void(QString reason)> &failed)
+    [[nodiscard]] tl::expected<QString, QString> outcome() const
     {
-        if (download.state() != QWebEngineDownloadRequest::DownloadCompleted) {
-            failed(download.interruptReasonString());
-            return;
+        if (m_download->state() != QWebEngineDownloadRequest::DownloadCompleted) {
+            return tl::unexpected(m_download->interruptReasonString());
         }
-        // To another disk it is copied, which takes its time.
-        auto *mover = QThread::create([folder, path, failed] {
-            QFile file(folder->filePath(name));
-            // Whether it may be replaced, the user has been asked.
-            QFile::remove(path);
-            if (!file.rename(path)) {
-                QMetaObject::invokeMethod(QCoreApplication::instance(),
-                                          [failed, reason = file.errorString()] { failed(reason); });
-            }
-        });
-        QObject::connect(mover, &QThread::finished, mover, &QObject::deleteLater);
-        mover->start();
+        return m_folder.filePath(name);
     }
 
     static inline const QString name = QStringLiteral("download");
 
     QPointer<QWebEngineDownloadRequest> m_download;
-    std::shared_ptr<QTemporaryDir> m_folder;
+    QTemporaryDir m_folder;
     const QUrl m_address;
     const QString m_mimeType;
     const QString m_suggestedName;
-    bool m_isWanted = false;
 };
 
 } // namespace

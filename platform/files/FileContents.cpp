@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -98,6 +99,46 @@ tl::expected<void, QString> writeBytes(QFile &file, QByteArrayView bytes)
         bytes = bytes.sliced(written);
     }
     return {};
+}
+
+tl::expected<void, QString> copyBytes(QFile &from, qint64 count, QFile &to)
+{
+    constexpr qint64 largestPiece = 1024 * 1024;
+    qint64 done = 0;
+    while (done < count) {
+        const ssize_t copied =
+            copy_file_range(from.handle(), nullptr, to.handle(), nullptr, static_cast<std::size_t>(count - done), 0);
+        if (copied <= 0) {
+            break;
+        }
+        done += copied;
+    }
+    // Not every file system copies to every other; what the target cannot take, it says here.
+    if (done > 0 && done < count && !(from.seek(done) && to.seek(done))) {
+        return tl::unexpected(from.errorString());
+    }
+    while (done < count) {
+        const QByteArray piece = from.read(std::min(count - done, largestPiece));
+        if (piece.isEmpty()) {
+            return tl::unexpected(qt_error_string(ESTALE));
+        }
+        if (auto written = writeBytes(to, piece); !written) {
+            return written;
+        }
+        done += piece.size();
+    }
+    return {};
+}
+
+FileWriter contentsOf(const QString &path)
+{
+    return [path](QFile &to) -> tl::expected<void, QString> {
+        QFile from(path);
+        if (!from.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+            return tl::unexpected(from.errorString());
+        }
+        return copyBytes(from, from.size(), to);
+    };
 }
 
 tl::expected<void, QString> replaceFile(const QString &path, const QString &scratch, const FileWriter &write, Sync when,

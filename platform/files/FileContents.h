@@ -40,6 +40,14 @@ using FileWriter = std::function<tl::expected<void, QString>(QFile &)>;
 /// Writes all of the bytes where the file stands.
 [[nodiscard]] tl::expected<void, QString> writeBytes(QFile &file, QByteArrayView bytes);
 
+/// Writes the first `count` bytes of `from`, which is open, unbuffered and at its beginning, inside the system where
+/// that can be done: the bytes need no memory of this process, and where the file system can share them, no other room
+/// on the disk.
+[[nodiscard]] tl::expected<void, QString> copyBytes(QFile &from, qint64 count, QFile &to);
+
+/// Writes all that is in the file of that path when it is called.
+[[nodiscard]] FileWriter contentsOf(const QString &path);
+
 /// Makes `path` a file of what is written. Whoever looks, also after this process was killed,
 /// finds either what was there before or all of the new bytes. They go to `scratch` first, a name in the same
 /// folder that is this caller's alone: whatever stands there is replaced, and after a kill part of the bytes may. When

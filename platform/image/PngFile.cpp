@@ -6,7 +6,6 @@
 #include <QFileInfo>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -20,7 +19,6 @@ std::atomic<int> openFiles = 0;
 /// A file of so many chunks is no picture, whatever it is.
 constexpr int maximumChunks = 100'000;
 constexpr qint64 fingerprintedBytes = 64;
-constexpr qint64 largestPiece = 1024 * 1024;
 
 } // namespace
 
@@ -110,38 +108,13 @@ tl::expected<void, QString> PngFile::copyTo(QFile &target)
     if (m_contents) {
         return writeBytes(target, *m_contents);
     }
-    QString error = qt_error_string(ESTALE);
-    const bool isCopied = reading([&] {
-        qint64 done = 0;
-        while (done < m_identity.size) {
-            const ssize_t copied = copy_file_range(m_file.handle(), nullptr, target.handle(), nullptr,
-                                                   static_cast<std::size_t>(m_identity.size - done), 0);
-            if (copied <= 0) {
-                break;
-            }
-            done += copied;
-        }
-        // Not every file system copies to every other; what the target cannot take, it says here.
-        if (done > 0 && done < m_identity.size && !(m_file.seek(done) && target.seek(done))) {
-            return false;
-        }
-        while (done < m_identity.size) {
-            const QByteArray piece = m_file.read(std::min(m_identity.size - done, largestPiece));
-            if (piece.isEmpty()) {
-                return false;
-            }
-            if (auto written = writeBytes(target, piece); !written) {
-                error = std::move(written.error());
-                return false;
-            }
-            done += piece.size();
-        }
+    // Another file may have taken its place.
+    tl::expected<void, QString> result = tl::unexpected(qt_error_string(ESTALE));
+    (void)reading([&] {
+        result = copyBytes(m_file, m_identity.size, target);
         return true;
     });
-    if (!isCopied) {
-        return tl::unexpected(error);
-    }
-    return {};
+    return result;
 }
 
 bool PngFile::isWhole()

@@ -32,9 +32,7 @@ public:
     [[nodiscard]] QByteArray readFirst(qint64 bytes);
     [[nodiscard]] QByteArray readAll();
 
-    /// Writes all of it there, inside the system where that can be done: the bytes need no memory of this process, and
-    /// where the file system can share them, no other room on the disk. The error says what went wrong, in the system's
-    /// words.
+    /// Writes all of it there; see copyBytes().
     [[nodiscard]] tl::expected<void, QString> copyTo(QFile &target);
 
     [[nodiscard]] std::int64_t size() const { return m_identity.size; }

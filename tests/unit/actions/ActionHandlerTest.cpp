@@ -6,6 +6,7 @@
 #include "tests/support/fakes/FakePasteboard.h"
 #include "tests/support/fakes/FakeScreens.h"
 #include "tests/support/fakes/FakeUserDefaults.h"
+#include "tests/support/unit/FileSizeLimit.h"
 #include "tests/support/unit/LogWatch.h"
 
 #include <QDir>
@@ -16,8 +17,6 @@
 
 #include <gmock/gmock.h>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace lumenfold {
@@ -26,29 +25,6 @@ namespace {
 using test::FakePasteboard;
 using Call = FakePasteboard::Call;
 using ::testing::ElementsAre;
-
-/// Files cannot grow beyond this size while this lives: the disk is full, as far as the program can tell.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_signalBefore = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_signalBefore);
-    }
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-
-private:
-    rlimit m_before{};
-    void (*m_signalBefore)(int) = nullptr;
-};
 
 QImage filledPixels(QColor color, QSize size = {40, 30})
 {
@@ -127,7 +103,7 @@ protected:
         ASSERT_TRUE(m_actions.saveToDisk(encodedImage(filledPixels(Qt::red))));
         std::optional<QString> path;
         {
-            const FileSizeLimit limit(1000);
+            const test::FileSizeLimit limit(1000);
             path = m_actions.saveToDisk(image);
         }
 

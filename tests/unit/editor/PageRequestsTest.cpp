@@ -7,8 +7,10 @@
 #include "tests/support/fakes/FakeScreens.h"
 #include "tests/support/fakes/FakeUserDefaults.h"
 #include "tests/support/fakes/FakeWorkspace.h"
+#include "tests/support/unit/FileSizeLimit.h"
 #include "tests/support/unit/LogWatch.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -22,7 +24,9 @@ using namespace Qt::StringLiterals;
 class Offered : public OfferedFile {
 public:
     struct Log {
-        QString savedTo;
+        /// A path, or why there is none.
+        tl::expected<QString, QString> fetched = tl::unexpected(u"no room"_s);
+        bool isAskedFor = false;
         bool isGone = false;
     };
     Offered(Log &log, const QString &name, const QUrl &address = QUrl(u"blob:https://h/1"_s)) // NOLINT
@@ -33,10 +37,10 @@ public:
     [[nodiscard]] QUrl address() const override { return m_address; }
     [[nodiscard]] QString mimeType() const override { return u"image/webp"_s; }
     [[nodiscard]] QString suggestedName() const override { return m_name; }
-    void saveAs(const QString &path, std::function<void(QString)> failed) override
+    void fetch(std::function<void(tl::expected<QString, QString> path)> done) override
     {
-        m_log.savedTo = path;
-        failed(u"no room"_s);
+        m_log.isAskedFor = true;
+        done(m_log.fetched);
     }
 
 private:
@@ -62,7 +66,16 @@ protected:
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
+    /// Its path.
+    QString put(const QString &name, const QByteArray &bytes) const
+    {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        return file.fileName();
+    }
 
+    /// Outlives every panel, which may keep what is offered.
+    Offered::Log log;
     QTemporaryDir folder;
     FakeUserDefaults defaults;
     FakeScreens screens;
@@ -184,19 +197,46 @@ TEST_F(PageRequestsTest, AfterANoThePageWaitsForTheUser)
 
 TEST_F(PageRequestsTest, OtherFilesKeepTheNameThatThePageHasForThem)
 {
-    Offered::Log log;
     requests.saveFile(std::make_unique<Offered>(log, u"../../.bashrc"_s));
     EXPECT_EQ(panels.suggestedPaths, QStringList{folder.filePath(u".bashrc"_s)});
     EXPECT_FALSE(log.isGone);
     expectLogLine(u"LumenFold: failed to save the editor download: no room"_s);
-    panels.choose(u"/somewhere/else"_s);
-    EXPECT_EQ(log.savedTo, u"/somewhere/else"_s);
+    panels.choose(folder.filePath(u"else"_s));
     EXPECT_TRUE(log.isGone);
+    EXPECT_FALSE(QFile::exists(folder.filePath(u"else"_s)));
+}
+
+TEST_F(PageRequestsTest, AFileTakesThePlaceOfAnother)
+{
+    put(u"fetched"_s, "new, and longer");
+    const QString path = put(u"chosen"_s, "old");
+    log.fetched = folder.filePath(u"fetched"_s);
+    requests.saveFile(std::make_unique<Offered>(log, u"a"_s));
+    panels.choose(path);
+    EXPECT_TRUE(waitFor([&] { return contents(path) == "new, and longer"; }));
+    // What was fetched stays as long as it is being copied.
+    EXPECT_TRUE(waitFor([&] { return log.isGone; }));
+}
+
+TEST_F(PageRequestsTest, AFileThatCannotBeWrittenLeavesTheOneInItsPlace)
+{
+    put(u"fetched"_s, QByteArray(1'000'000, 'x'));
+    const QString path = put(u"chosen"_s, "old");
+    log.fetched = folder.filePath(u"fetched"_s);
+    requests.saveFile(std::make_unique<Offered>(log, u"a"_s));
+    const QString beginning = u"LumenFold: failed to save the editor download: "_s;
+    {
+        const FileSizeLimit fullDisk(100'000);
+        panels.choose(path);
+        ASSERT_TRUE(waitFor([&] { return logLines().filter(beginning).size() == 1; }));
+    }
+    expectLogLine(logLines().filter(beginning).first());
+    EXPECT_EQ(contents(path), "old");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), (QStringList{u"chosen"_s, u"fetched"_s}));
 }
 
 TEST_F(PageRequestsTest, AFileWithoutANameIsNamedByItsType)
 {
-    Offered::Log log;
     requests.saveFile(std::make_unique<Offered>(log, QString()));
     panels.choose(std::nullopt);
     requests.noteInput();
@@ -207,11 +247,10 @@ TEST_F(PageRequestsTest, AFileWithoutANameIsNamedByItsType)
 
 TEST_F(PageRequestsTest, AFileThatIsNotWantedIsRefused)
 {
-    Offered::Log log;
     requests.saveFile(std::make_unique<Offered>(log, u"a"_s));
     panels.choose(std::nullopt);
     EXPECT_TRUE(log.isGone);
-    EXPECT_TRUE(log.savedTo.isEmpty());
+    EXPECT_FALSE(log.isAskedFor);
 }
 
 TEST_F(PageRequestsTest, ChosenFilesGoToThePage)

@@ -47,6 +47,37 @@ TEST_F(FileContents, areNobodyElsesToRead)
               QFile::ReadOwner | QFile::WriteOwner);
 }
 
+TEST_F(FileContents, areCopiedWhole)
+{
+    const QByteArray bytes(3'000'000, 'x');
+    ASSERT_TRUE(replace(bytes));
+    ASSERT_TRUE(replaceFile(path("copy"), path("scratch"), contentsOf(path("file"))));
+    EXPECT_EQ(readFile(path("copy"), bytes.size()), bytes);
+    EXPECT_FALSE(replaceFile(path("copy"), path("scratch"), contentsOf(path("missing"))));
+    EXPECT_EQ(readFile(path("copy"), bytes.size()), bytes);
+}
+
+TEST_F(FileContents, areCopiedToAnotherFileSystemToo)
+{
+    const QByteArray bytes(3'000'000, 'x');
+    ASSERT_TRUE(replace(bytes));
+    const QTemporaryDir elsewhere(u"/dev/shm/lumenfold-XXXXXX"_s);
+    ASSERT_TRUE(elsewhere.isValid());
+    const QString copy = elsewhere.filePath(u"copy"_s);
+    ASSERT_TRUE(replaceFile(copy, copy + u".new"_s, contentsOf(path("file"))));
+    EXPECT_EQ(readFile(copy, bytes.size()), bytes);
+}
+
+TEST_F(FileContents, areNotCopiedWhenTheyBecameFewer)
+{
+    ASSERT_TRUE(replace("1234"));
+    QFile from(path("file"));
+    QFile to(path("copy"));
+    ASSERT_TRUE(from.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+    ASSERT_TRUE(to.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    EXPECT_FALSE(copyBytes(from, 5, to));
+}
+
 TEST_F(FileContents, areNotReadBeyondTheLimitNorWhereThereIsNoFile)
 {
     ASSERT_TRUE(replace("1234"));
