@@ -1,6 +1,7 @@
 #include "settings/GeneralSettingsView.h"
 
 #include "app/configuration/AppConfig.h"
+#include "platform/alerts/Alerts.h"
 #include "platform/autostart/Autostart.h"
 #include "settings/ChoiceGroup.h"
 #include "settings/SaveLocationRow.h"
@@ -174,6 +175,11 @@ void GeneralSettingsView::setStartsAtLogin(bool starts)
 {
     if (const auto done = m_with.autostart.setEnabled(starts); !done) {
         qWarning().noquote().nospace() << "LumenFold autostart error: " << done.error().description;
+        (void)m_with.recorder.alerts.runModal(
+            {.messageText = starts ? tr("LumenFold could not be set to start at login")
+                                   : tr("LumenFold could not be kept from starting at login"),
+             .informativeText = done.error().description,
+             .buttons = {tr("OK")}});
     }
     showChecked(m_startAtLogin, m_with.autostart.isEnabled());
 }

@@ -245,9 +245,13 @@ TEST_F(GeneralPageTest, ALoginThatCannotBeChangedShowsAsItIs)
     present();
     auto *login = SettingsDesk::part<QCheckBox>(QStringLiteral("Start LumenFold at login"));
     expectLogLine(QStringLiteral("LumenFold autostart error: no room"));
+    desk->alerts.answerNextWith(alertFirstButtonReturn);
     login->click();
     EXPECT_EQ(desk->autostart.changes, 1);
     EXPECT_FALSE(login->isChecked());
+    ASSERT_EQ(desk->alerts.shown.size(), 1);
+    EXPECT_EQ(desk->alerts.shown.first().messageText, QStringLiteral("LumenFold could not be set to start at login"));
+    EXPECT_EQ(desk->alerts.shown.first().informativeText, QStringLiteral("no room"));
 }
 
 } // namespace
