@@ -2,6 +2,7 @@
 /// time, in a process that has shown no window yet, and each time after that. With a window manager, on an X server of
 /// its own, at two scales. Beside the time on the clock stands the main thread's own working time, which other programs
 /// do not lengthen.
+#include "bench/Stopwatch.h"
 #include "tests/support/desktop/PrivateFolders.h"
 #include "tests/support/desktop/Session.h"
 #include "tests/support/desktop/Wait.h"
@@ -17,26 +18,12 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <vector>
 
 namespace lumenfold {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using Milliseconds = std::chrono::duration<double, std::milli>;
-
-struct Cost {
-    double elapsed = 0;
-    double work = 0;
-};
-
-double workSoFar()
-{
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
+using bench::Cost;
 
 constexpr int rounds = 20;
 constexpr double firstTimeBound = 150;
@@ -64,13 +51,12 @@ public:
 Cost present(WatchingApplication &application, test::SettingsDesk &desk)
 {
     application.hasPainted = false;
-    const Clock::time_point start = Clock::now();
-    const double workBefore = workSoFar();
+    const bench::Stopwatch watch;
     desk.controller->present();
     while (!application.hasPainted) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
-    return {Milliseconds(Clock::now() - start).count(), workSoFar() - workBefore};
+    return watch.read();
 }
 
 void hide()

@@ -7,6 +7,7 @@
 #include "service/templates/TemplatePreviews.h"
 #include "service/templates/TemplateStore.h"
 
+#include "bench/Stopwatch.h"
 #include "tests/support/desktop/PrivateFolders.h"
 #include "tests/support/desktop/Session.h"
 #include "tests/support/desktop/Wait.h"
@@ -27,39 +28,13 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <vector>
 
 namespace lumenfold {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using Milliseconds = std::chrono::duration<double, std::milli>;
-
-/// What something took: on the clock, and of the main thread's own working time, which other programs do not lengthen.
-struct Cost {
-    double elapsed = 0;
-    double work = 0;
-};
-
-double workSoFar()
-{
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
-
-class Stopwatch {
-public:
-    [[nodiscard]] Cost read() const
-    {
-        return {Milliseconds(Clock::now() - m_start).count(), workSoFar() - m_workBefore};
-    }
-
-private:
-    const Clock::time_point m_start = Clock::now();
-    const double m_workBefore = workSoFar();
-};
+using bench::Cost;
+using bench::Stopwatch;
 
 constexpr int scale = 2;
 constexpr int templateCount = 5000;

@@ -1,6 +1,7 @@
 #include "cards/CardPicture.h"
 
 #include "platform/image/EncodingPool.h"
+#include "platform/image/ThumbnailScaling.h"
 
 #include <QBrush>
 #include <QGuiApplication>
@@ -15,13 +16,6 @@
 #include <utility>
 
 namespace lumenfold {
-namespace {
-
-/// A copy of up to this many times the size that is needed is scaled down in painting.
-constexpr double largestExcess = 1.8;
-
-} // namespace
-
 PixelSize fillingSize(PixelSize pixels, PixelSize device)
 {
     if (pixels.isEmpty() || device.isEmpty()) {
@@ -60,7 +54,7 @@ void CardPicture::prepare(PixelSize device, Sharpness sharpness)
         return;
     }
     const bool isLargeEnough = m_madeFor.width >= wanted.width && m_madeFor.height >= wanted.height;
-    if (sharpness == Sharpness::passing && isLargeEnough && m_madeFor.width <= wanted.width * largestExcess) {
+    if (sharpness == Sharpness::passing && isLargeEnough && m_madeFor.width <= wanted.width * largestThumbnailExcess) {
         return;
     }
     m_making = wanted;

@@ -3,6 +3,7 @@
 #include "app/configuration/Palette.h"
 #include "app/theme/SecondaryLabel.h"
 #include "app/theme/SymbolView.h"
+#include "app/theme/WindowTheme.h"
 #include "service/ApiKeySetupWindow.h"
 #include "service/AuthService.h"
 #include "settings/SettingsSection.h"
@@ -22,13 +23,6 @@ constexpr int symbolSpacing = 8;
 constexpr int buttonSpacing = 10;
 constexpr int beforeButtons = 8;
 constexpr double symbolPointSize = 18;
-/// Beside what the style leaves around the text of a button.
-constexpr int buttonPadding = 10;
-
-void widen(QPushButton *button)
-{
-    button->setMinimumWidth(button->sizeHint().width() + 2 * buttonPadding);
-}
 
 } // namespace
 
@@ -81,7 +75,7 @@ QWidget *AccountSettingsView::makeNotConnected()
                                      page.widget));
     auto *button = new QPushButton(tr("Connect with API Key…"), page.widget);
     button->setDefault(true);
-    widen(button);
+    widenButton(*button);
     connect(button, &QPushButton::clicked, this, [this] { m_with.apiKeySetup.present(); });
     page.column->addSpacing(beforeButtons);
     page.column->addWidget(button, 0, Qt::AlignHCenter);
@@ -99,8 +93,8 @@ QWidget *AccountSettingsView::makeConnected()
     addText(page, new QLabel(tr("Screenshots can be saved straight to your LumenFold assets."), page.widget));
     auto *change = new QPushButton(tr("Change API Key…"), page.widget);
     m_disconnect = new QPushButton(tr("Disconnect"), page.widget);
-    widen(change);
-    widen(m_disconnect);
+    widenButton(*change);
+    widenButton(*m_disconnect);
     connect(change, &QPushButton::clicked, this, [this] { m_with.apiKeySetup.present(); });
     connect(m_disconnect, &QPushButton::clicked, this, [this] { m_with.auth.signOut(); });
     auto *buttons = new QHBoxLayout;

@@ -3,7 +3,7 @@
 #include "app/configuration/AppConfig.h"
 #include "app/theme/SymbolView.h"
 #include "app/theme/WindowTheme.h"
-#include "platform/openpanel/OpenPanel.h"
+#include "platform/filepanels/OpenPanel.h"
 #include "settings/PathLabel.h"
 
 #include <QEvent>

@@ -1,6 +1,7 @@
 #include "settings/SettingsSection.h"
 
 #include "app/theme/SecondaryLabel.h"
+#include "app/theme/WindowTheme.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
@@ -64,10 +65,7 @@ QSize SettingsDivider::sizeHint() const
 
 void SettingsDivider::paintEvent(QPaintEvent *)
 {
-    constexpr double opacity = 0.16;
-    QColor line = palette().color(QPalette::WindowText);
-    line.setAlphaF(static_cast<float>(opacity));
-    QPainter(this).fillRect(0, dividerPadding, width(), 1, line);
+    QPainter(this).fillRect(0, dividerPadding, width(), 1, separatorColor(palette()));
 }
 
 } // namespace lumenfold

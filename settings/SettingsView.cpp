@@ -1,5 +1,6 @@
 #include "settings/SettingsView.h"
 
+#include "app/theme/WindowTheme.h"
 #include "service/AuthService.h"
 #include "settings/SettingsTabBar.h"
 
@@ -89,10 +90,7 @@ void SettingsView::keyPressEvent(QKeyEvent *event)
 void SettingsView::paintEvent(QPaintEvent *)
 {
     // The line between the tabs and their page.
-    constexpr double opacity = 0.16;
-    QColor line = palette().color(QPalette::WindowText);
-    line.setAlphaF(static_cast<float>(opacity));
-    QPainter(this).fillRect(0, m_pages->y() - 1, width(), 1, line);
+    QPainter(this).fillRect(0, m_pages->y() - 1, width(), 1, separatorColor(palette()));
 }
 
 } // namespace lumenfold

@@ -22,12 +22,12 @@
 #include "platform/autostart/XdgAutostart.h"
 #include "platform/defaults/SettingsFileUserDefaults.h"
 #include "platform/dragdrop/QtDragSessions.h"
+#include "platform/filepanels/PortalOpenPanel.h"
 #include "platform/filepanels/QtFilePanels.h"
+#include "platform/filepanels/QtOpenPanel.h"
 #include "platform/files/XdgFileManager.h"
 #include "platform/mainqueue/QtMainQueue.h"
 #include "platform/notifications/NotificationCenter.h"
-#include "platform/openpanel/PortalOpenPanel.h"
-#include "platform/openpanel/QtOpenPanel.h"
 #include "platform/remoteactions/DBusRemoteActions.h"
 #include "platform/secrets/KeyringModule.h"
 #include "platform/secrets/MirroredSecretStore.h"
@@ -66,6 +66,7 @@ std::optional<PreviewCache> previewCache(const FileManager &files)
     const std::optional<QString> caches = files.cachesDirectory();
     return caches ? std::optional(PreviewCache(QDir(*caches).filePath(PreviewCache::relativePath))) : std::nullopt;
 }
+
 /// The editor's window as the cards know it.
 class EditorOfCards : public CardEditor {
 public:
@@ -280,6 +281,7 @@ CompositionRoot::CompositionRoot(std::unique_ptr<PlatformServices> services)
 CompositionRoot::~CompositionRoot()
 {
     UpdaterController::setShared(nullptr);
+    StudioModalWindowController::setShared(nullptr);
     SettingsWindowController::setShared(nullptr);
     TemplateStore::setShared(nullptr);
     ApiKeySetupWindowController::setShared(nullptr);

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QPushButton>
 #include <QWidget>
 
 namespace lumenfold {
@@ -85,6 +86,18 @@ QColor secondaryText(const QPalette &palette)
 {
     constexpr double opacity = 0.66;
     return withOpacity(palette.color(QPalette::WindowText), opacity);
+}
+
+QColor separatorColor(const QPalette &palette)
+{
+    constexpr double opacity = 0.16;
+    return withOpacity(palette.color(QPalette::WindowText), opacity);
+}
+
+void widenButton(QPushButton &button)
+{
+    constexpr int padding = 10;
+    button.setMinimumWidth(button.sizeHint().width() + 2 * padding);
 }
 
 void WindowTheme::install(QWidget &window, const Appearance &appearance)

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QPalette>
 
+class QPushButton;
 class QWidget;
 
 namespace lumenfold {
@@ -15,6 +16,13 @@ namespace lumenfold {
 
 /// Colour of what is written small beside the main thing. Follows the palette.
 [[nodiscard]] QColor secondaryText(const QPalette &palette);
+
+/// Colour of the lines between parts of a window. Follows the palette.
+[[nodiscard]] QColor separatorColor(const QPalette &palette);
+
+/// Gives a button that stands by itself more room beside its text than the style does. To be called when its text is
+/// known.
+void widenButton(QPushButton &button);
 
 /// Keeps the colours of a window as the desktop wants them, for as long as the window lives.
 class WindowTheme : public QObject {

@@ -1,26 +1,17 @@
 #include "platform/filepanels/QtFilePanels.h"
 
+#include "platform/filepanels/QtPanel.h"
+
 #include <QDir>
 #include <QFileInfo>
 
 #include <utility>
 
 namespace lumenfold {
-namespace {
-
-QFileDialog *makePanel(QWidget &window)
-{
-    auto *panel = new QFileDialog(&window);
-    panel->setAttribute(Qt::WA_WindowPropagation);
-    panel->setWindowModality(Qt::WindowModal);
-    return panel;
-}
-
-} // namespace
 
 void QtFilePanels::save(QWidget &window, const QString &suggestedPath, Chosen chosen)
 {
-    QFileDialog *panel = makePanel(window);
+    QFileDialog *panel = makeQtPanel(&window);
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->setFileMode(QFileDialog::AnyFile);
@@ -40,7 +31,7 @@ QStringList QtFilePanels::open(QWidget &window, Count count)
     if (m_open) {
         return {};
     }
-    m_open = makePanel(window);
+    m_open = makeQtPanel(&window);
     m_open->setAcceptMode(QFileDialog::AcceptOpen);
     m_open->setFileMode(count == Count::several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     const int result = m_open->exec();

@@ -1,19 +1,17 @@
 #include "platform/image/Image.h"
 
-#include "platform/image/AreaAverage.h"
 #include "platform/image/EncodingListener.h"
 #include "platform/image/LargeBlocks.h"
 #include "platform/image/PngDecoder.h"
 #include "platform/image/PngEncoder.h"
 #include "platform/image/PngFile.h"
 #include "platform/image/PngFormat.h"
-#include "platform/image/PngRows.h"
+#include "platform/image/ThumbnailScaling.h"
 
 #include <QMutex>
 #include <QMutexLocker>
 #include <QWaitCondition>
 
-#include <algorithm>
 #include <numeric>
 #include <utility>
 #include <vector>
@@ -28,27 +26,11 @@ using PngBytes = std::optional<QByteArray>;
 constexpr qsizetype earlierThumbnailBytes = 4 * 1024 * 1024;
 constexpr std::size_t maximumThumbnails = 4;
 
-/// A thumbnail this many times as wide as what was asked for is scaled down in painting.
-constexpr double largestExcess = 1.8;
-
 struct Thumbnail {
     PixelSize bounds;
     QImage picture;
     ThumbnailFit fit = ThumbnailFit::exact;
 };
-
-/// A copy in which every pixel says that it is opaque. Null without memory.
-QImage opaqueCopy(const QImage &pixels)
-{
-    constexpr QRgb opaque = 0xff000000;
-    QImage copy(pixels.size(), QImage::Format_RGB32);
-    for (int y = 0; y < copy.height(); ++y) {
-        const auto *source = reinterpret_cast<const QRgb *>(pixels.constScanLine(y));
-        std::transform(source, source + copy.width(), reinterpret_cast<QRgb *>(copy.scanLine(y)),
-                       [](QRgb pixel) { return pixel | opaque; });
-    }
-    return copy;
-}
 
 QImage preparedForEncoding(QImage pixels)
 {
@@ -60,68 +42,6 @@ QImage preparedForEncoding(QImage pixels)
         pixels.setDevicePixelRatio(1);
     }
     return pixels;
-}
-
-bool isWithin(PixelSize size, PixelSize bounds)
-{
-    return size.width <= bounds.width && size.height <= bounds.height;
-}
-
-/// The largest size of the same proportions within the bounds; nothing is empty.
-PixelSize fittingInto(PixelSize size, PixelSize bounds)
-{
-    const QSize fitting =
-        QSize(size.width, size.height).scaled(bounds.width, bounds.height, Qt::KeepAspectRatio).expandedTo({1, 1});
-    return {fitting.width(), fitting.height()};
-}
-
-/// Whether that is what becomes of a picture of `size`, or what may stand for it. It comes from a file that anybody may
-/// have written.
-bool isThumbnail(const QImage &found, PixelSize size, PixelSize bounds, ThumbnailFit fit)
-{
-    if (found.isNull() || bounds.isEmpty() || isWithin(size, bounds)) {
-        return false;
-    }
-    const PixelSize fitting = fittingInto(size, bounds);
-    const PixelSize itsSize{found.width(), found.height()};
-    if (itsSize == fitting || fit == ThumbnailFit::exact) {
-        return itsSize == fitting;
-    }
-    return isWithin(fitting, itsSize) && itsSize.width <= fitting.width * largestExcess &&
-           fittingInto(size, itsSize) == itsSize;
-}
-
-QImage scaledInto(const QImage &pixels, PixelSize bounds)
-{
-    const PixelSize size{pixels.width(), pixels.height()};
-    if (pixels.isNull() || bounds.isEmpty()) {
-        return {};
-    }
-    const bool isOpaque = pixels.format() == QImage::Format_RGB32;
-    if (isWithin(size, bounds)) {
-        return isOpaque ? opaqueCopy(pixels) : pixels.copy();
-    }
-    const PixelSize fitting = fittingInto(size, bounds);
-    return isOpaque ? AreaAverage::of(pixels, fitting)
-                    : pixels.scaled(fitting.width, fitting.height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-}
-
-/// The same from a file of the most usual kind, without ever having all pixels; null for any other file.
-QImage scaledInto(const QByteArray &png, PixelSize bounds)
-{
-    std::optional<PngRows> rows = bounds.isEmpty() ? std::nullopt : PngRows::open(png);
-    if (!rows || isWithin(rows->size(), bounds)) {
-        return {};
-    }
-    AreaAverage average(rows->size(), fittingInto(rows->size(), bounds), AreaAverage::Layout::rgb);
-    for (int y = 0; y < rows->size().height; ++y) {
-        const unsigned char *const row = rows->next();
-        if (!row) {
-            return {};
-        }
-        average.addRow(row);
-    }
-    return average.result();
 }
 
 } // namespace

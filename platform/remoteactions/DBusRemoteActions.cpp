@@ -2,10 +2,9 @@
 
 #include "platform/remoteactions/ApplicationAdaptor.h"
 #include "platform/remoteactions/RunningInstance.h"
+#include "platform/session/BusName.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDebug>
 
 #include <utility>
@@ -16,21 +15,14 @@ namespace {
 const QString name = QString::fromLatin1(remoteActions::name);
 const QString path = QString::fromLatin1(remoteActions::path);
 
-QDBusMessage askBus(const QString &method)
-{
-    return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-                                          QStringLiteral("/org/freedesktop/DBus"),
-                                          QStringLiteral("org.freedesktop.DBus"), method);
-}
-
 } // namespace
+
+DBusRemoteActions::DBusRemoteActions() = default;
 
 DBusRemoteActions::~DBusRemoteActions()
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (m_isPublished && bus.isConnected()) {
-        bus.unregisterObject(path);
-        bus.send(askBus(QStringLiteral("ReleaseName")) << name);
+    if (m_name) {
+        QDBusConnection::sessionBus().unregisterObject(path);
     }
 }
 
@@ -47,14 +39,8 @@ void DBusRemoteActions::begin()
     if (!bus.isConnected() || !bus.registerObject(path, &m_application)) {
         return;
     }
-    m_isPublished = true;
-    constexpr uint doNotQueue = 4;
-    auto *answer =
-        new QDBusPendingCallWatcher(bus.asyncCall(askBus(QStringLiteral("RequestName")) << name << doNotQueue), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [answer] {
-        answer->deleteLater();
-        constexpr uint isOwner = 1;
-        if (answer->reply().arguments().value(0).toUInt() != isOwner) {
+    m_name = std::make_unique<BusName>(bus, name, [](bool isOurs) {
+        if (!isOurs) {
             qWarning().noquote().nospace() << "LumenFold: the session bus does not give it the name " << name
                                            << ", so the desktop cannot reach it";
         }

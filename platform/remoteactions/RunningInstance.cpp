@@ -5,10 +5,6 @@
 
 #include <QByteArray>
 
-#include <future>
-#include <memory>
-#include <thread>
-
 namespace lumenfold {
 namespace {
 
@@ -50,14 +46,11 @@ bool askRunningInstance(const QByteArray &action, std::chrono::milliseconds pati
     if (address.isEmpty()) {
         return false;
     }
-    dbus_threads_init_default();
-    auto outcome = std::make_shared<std::promise<bool>>();
-    std::future<bool> answered = outcome->get_future();
-    // Nobody waits for this thread: already the connecting may have no end.
-    std::thread([outcome, address, action, patience = static_cast<int>(patience.count())] {
-        outcome->set_value(ask(address, action, patience));
-    }).detach();
-    return answered.wait_for(patience) == std::future_status::ready && answered.get();
+    return answerWithin(patience,
+                        [address, action, patience = static_cast<int>(patience.count())] {
+                            return ask(address, action, patience);
+                        })
+        .value_or(false);
 }
 
 } // namespace lumenfold

@@ -1,9 +1,8 @@
 #include "platform/secrets/KeyringModule.h"
 
-#include <QCoreApplication>
+#include "platform/modules/ProgramModule.h"
+
 #include <QDebug>
-#include <QDir>
-#include <QLibrary>
 
 namespace lumenfold {
 namespace {
@@ -12,18 +11,12 @@ using MakeKeyring = Keyring *();
 
 MakeKeyring *load()
 {
-    const QDir programFolder(QCoreApplication::applicationDirPath());
-    QString trouble;
-    for (const QString &folder : {QStringLiteral("."), QStringLiteral(LUMENFOLD_MODULE_FOLDER)}) {
-        QLibrary module(programFolder.filePath(folder + QStringLiteral("/lumenfold_keyring.so")));
-        // It stays loaded; its libraries could not be unloaded anyway.
-        if (auto *found = module.resolve("lumenfoldMakeKeyring")) {
-            return reinterpret_cast<MakeKeyring *>(found);
-        }
-        trouble = module.errorString();
+    const auto found = functionOfModule(QStringLiteral("lumenfold_keyring.so"), "lumenfoldMakeKeyring");
+    if (!found) {
+        qWarning().noquote().nospace() << "LumenFold: no keyring can be used: " << found.error();
+        return nullptr;
     }
-    qWarning().noquote().nospace() << "LumenFold: no keyring can be used: " << trouble;
-    return nullptr;
+    return reinterpret_cast<MakeKeyring *>(*found);
 }
 
 } // namespace

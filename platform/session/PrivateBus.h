@@ -4,9 +4,30 @@
 
 #include <dbus/dbus.h>
 
+#include <chrono>
+#include <future>
 #include <memory>
+#include <optional>
+#include <thread>
+#include <type_traits>
+#include <utility>
 
 namespace lumenfold {
+
+/// What `work` returns, if it does within `patience`. It runs on a thread that nobody waits for any longer: already the
+/// connecting to a bus may have no end.
+template <typename Work>
+[[nodiscard]] std::optional<std::invoke_result_t<Work>> answerWithin(std::chrono::milliseconds patience, Work work)
+{
+    using Answer = std::invoke_result_t<Work>;
+    dbus_threads_init_default();
+    std::promise<Answer> promise;
+    std::future<Answer> answer = promise.get_future();
+    std::thread([promise = std::move(promise), work = std::move(work)]() mutable {
+        promise.set_value(work());
+    }).detach();
+    return answer.wait_for(patience) == std::future_status::ready ? std::optional(answer.get()) : std::nullopt;
+}
 
 struct BusMessageDeleter {
     void operator()(DBusMessage *message) const { dbus_message_unref(message); }

@@ -22,8 +22,6 @@ constexpr int margin = 20;
 constexpr int blockSpacing = 12;
 constexpr int titleSpacing = 2;
 constexpr int messageSpacing = 14;
-/// Beside what the style leaves around the text of a button.
-constexpr int buttonPadding = 10;
 
 QLabel *makeText(QWidget *parent)
 {
@@ -146,7 +144,7 @@ void TemplatePickerView::showState()
     case Content::grid:
         break;
     }
-    m_action->setMinimumWidth(m_action->sizeHint().width() + 2 * buttonPadding);
+    widenButton(*m_action);
     m_action->setVisible(content == Content::notConnected || content == Content::error);
     m_pages->setCurrentIndex(content == Content::grid ? 1 : 0);
 }

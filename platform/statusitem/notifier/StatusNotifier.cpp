@@ -55,10 +55,7 @@ StatusNotifier::~StatusNotifier()
 {
     m_bus.unregisterObject(itemPath);
     m_bus.unregisterObject(menuPath);
-    // The connection is the whole program's and may stay; the panel learns from the name that the item is gone.
-    if (m_bus.isConnected()) {
-        m_bus.send(call(busService, busPath, busService, QStringLiteral("ReleaseName")) << m_name);
-    }
+    // That the item is gone, the panel learns from its name.
 }
 
 void StatusNotifier::setPicture(NotifierPicture picture)
@@ -86,12 +83,8 @@ void StatusNotifier::watch()
 
 void StatusNotifier::requestName()
 {
-    constexpr uint doNotQueue = 4;
-    QDBusMessage request = call(busService, busPath, busService, QStringLiteral("RequestName"));
-    request << m_name << doNotQueue;
-    ask(request, [this](const QDBusMessage &answer) {
-        constexpr uint isOwner = 1;
-        if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().value(0).toUInt() != isOwner) {
+    m_ownName = std::make_unique<BusName>(m_bus, m_name, [this](bool isOurs) {
+        if (!isOurs) {
             // A sandbox may not allow names of this kind; every watcher takes the connection's own.
             m_name = m_bus.baseService();
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/session/BusName.h"
 #include "platform/statusitem/StatusItem.h"
 #include "platform/statusitem/notifier/StatusNotifierItemAdaptor.h"
 
@@ -61,7 +62,9 @@ private:
     QObject m_menuObject;
     StatusNotifierItemAdaptor *m_item;
     DBusMenuAdaptor *m_menu;
+    /// What the item is registered under.
     QString m_name;
+    std::unique_ptr<BusName> m_ownName;
     bool m_isRegistered = false;
     /// Counts the watchers that came and went, so that what one of them answers late is not taken for another's word.
     int m_watcherNumber = 0;

@@ -1,9 +1,9 @@
 #include "platform/statusitem/notifier/SymbolicIconFolder.h"
 
+#include "platform/files/FileContents.h"
+
 #include <QCryptographicHash>
 #include <QDir>
-#include <QFile>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <array>
@@ -12,16 +12,11 @@
 namespace lumenfold {
 namespace {
 
-bool hasContents(const QString &path, const QByteArray &contents)
+/// Panels read it at any time, so it is whole or not there.
+bool put(const QString &path, const QByteArray &drawing)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) && file.size() == contents.size() && file.readAll() == contents;
-}
-
-bool write(const QString &path, const QByteArray &contents)
-{
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size() && file.commit();
+    return readFile(path, drawing.size()) == drawing ||
+           replaceFile(path, path + QStringLiteral(".new"), drawing, Sync::later).has_value();
 }
 
 } // namespace
@@ -43,7 +38,7 @@ QString SymbolicIconFolder::nameOf(const StatusIcon &icon, const QColor &templat
     const std::array places{QStringLiteral("."), QStringLiteral("hicolor/scalable/status")};
     const bool isThere = std::ranges::all_of(places, [&](const QString &place) {
         const QString file = folder.filePath(place + u'/' + name + QStringLiteral(".svg"));
-        return hasContents(file, drawing) || (folder.mkpath(place) && write(file, drawing));
+        return folder.mkpath(place) && put(file, drawing);
     });
     return isThere ? name : QString();
 }

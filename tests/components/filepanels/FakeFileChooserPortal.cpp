@@ -1,4 +1,4 @@
-#include "tests/components/openpanel/FakeFileChooserPortal.h"
+#include "tests/components/filepanels/FakeFileChooserPortal.h"
 
 #include <stdexcept>
 

@@ -1,6 +1,6 @@
-#include "platform/openpanel/PortalOpenPanel.h"
+#include "platform/filepanels/PortalOpenPanel.h"
 
-#include "platform/openpanel/PortalFolderRequest.h"
+#include "platform/filepanels/PortalFolderRequest.h"
 
 #include <QCoroSignal>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/openpanel/OpenPanel.h"
+#include "platform/filepanels/OpenPanel.h"
 
 #include <QDBusConnection>
 #include <QObject>

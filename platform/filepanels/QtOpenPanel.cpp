@@ -1,4 +1,6 @@
-#include "platform/openpanel/QtOpenPanel.h"
+#include "platform/filepanels/QtOpenPanel.h"
+
+#include "platform/filepanels/QtPanel.h"
 
 #include <QCoroSignal>
 
@@ -9,9 +11,7 @@ namespace lumenfold {
 
 QCoro::Task<std::optional<QString>> QtOpenPanel::chooseDirectory(Request request)
 {
-    const QPointer<QFileDialog> panel(new QFileDialog(request.window));
-    panel->setAttribute(Qt::WA_WindowPropagation);
-    panel->setWindowModality(Qt::WindowModal);
+    const QPointer<QFileDialog> panel(makeQtPanel(request.window));
     panel->setWindowTitle(request.title);
     panel->setFileMode(QFileDialog::Directory);
     panel->setOption(QFileDialog::ShowDirsOnly);

@@ -1,6 +1,6 @@
-#include "platform/openpanel/PortalOpenPanel.h"
+#include "platform/filepanels/PortalOpenPanel.h"
 
-#include "tests/components/openpanel/FakeFileChooserPortal.h"
+#include "tests/components/filepanels/FakeFileChooserPortal.h"
 #include "tests/support/desktop/Wait.h"
 #include "tests/support/fakes/FakeOpenPanel.h"
 

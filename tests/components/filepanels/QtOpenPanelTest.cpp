@@ -1,4 +1,4 @@
-#include "platform/openpanel/QtOpenPanel.h"
+#include "platform/filepanels/QtOpenPanel.h"
 
 #include "tests/support/desktop/Wait.h"
 

@@ -1,4 +1,4 @@
-#include "platform/openpanel/PortalFolderRequest.h"
+#include "platform/filepanels/PortalFolderRequest.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
