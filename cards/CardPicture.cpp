@@ -33,7 +33,7 @@ QRectF visiblePart(QSizeF pixels, QSizeF area)
     return {QPointF((pixels.width() - part.width()) / 2, (pixels.height() - part.height()) / 2), part};
 }
 
-CardPicture::CardPicture(Image image) : m_image(std::move(image))
+CardPicture::CardPicture(Image image) : m_image(std::move(image)), m_standIn(m_image.readyThumbnail())
 {
     connect(&m_watcher, &QFutureWatcherBase::finished, this, [this] {
         takeCopy(m_watcher.result());
@@ -74,6 +74,7 @@ void CardPicture::takeCopy(const QImage &copy)
     // What there was is better than nothing.
     if (!copy.isNull()) {
         m_copy = copy;
+        m_standIn = {};
         if (copy.width() > m_making.width) {
             m_madeFor = {copy.width(), copy.height()};
         }
@@ -90,15 +91,16 @@ void CardPicture::paint(QPainter &painter, const QRectF &area, double cornerRadi
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    const QRectF part = m_copy.isNull() ? QRectF() : visiblePart(m_copy.size(), area.size());
+    const QImage &copy = m_copy.isNull() ? m_standIn : m_copy;
+    const QRectF part = copy.isNull() ? QRectF() : visiblePart(copy.size(), area.size());
     // Pixel for pixel, there is nothing to smooth and everything to lose by it.
-    const bool isExact = !m_copy.isNull() && std::abs(area.width() / part.width() * scale - 1) < 1e-3;
-    if (m_copy.isNull()) {
+    const bool isExact = !copy.isNull() && std::abs(area.width() / part.width() * scale - 1) < 1e-3;
+    if (copy.isNull()) {
         painter.setBrush(QGuiApplication::palette().color(QPalette::Mid));
         painter.drawRoundedRect(area, cornerRadius, cornerRadius);
     } else if (isExact) {
         const QPointF corner = (area.topLeft() * scale - part.topLeft());
-        QBrush brush(m_copy);
+        QBrush brush(copy);
         brush.setTransform(QTransform::fromTranslate(std::round(corner.x()) / scale, std::round(corner.y()) / scale)
                                .scale(1 / scale, 1 / scale));
         painter.setBrush(brush);
@@ -110,7 +112,7 @@ void CardPicture::paint(QPainter &painter, const QRectF &area, double cornerRadi
         outline.addRoundedRect(area, cornerRadius, cornerRadius);
         painter.setClipPath(outline, Qt::IntersectClip);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawImage(area, m_copy, part);
+        painter.drawImage(area, copy, part);
     }
     painter.restore();
 }

@@ -51,6 +51,8 @@ private:
 
     const Image m_image;
     QImage m_copy;
+    /// What the image had at hand, shown until there is a copy.
+    QImage m_standIn;
     /// The bounds that the present copy and the one in the making are for.
     PixelSize m_madeFor;
     PixelSize m_making;

@@ -10,6 +10,8 @@ namespace {
 
 /// As large as a PNG is believed to be.
 constexpr int maximumSide = 32767;
+/// In pixels: about what an ordinary card has on a screen of scale 2.
+constexpr PixelSize sizeOfFirstThumbnail{480, 360};
 
 QByteArray formatOf(const QByteArray &bytes)
 {
@@ -24,8 +26,11 @@ QByteArray formatOf(const QByteArray &bytes)
 
 Image readEditedPicture(const QByteArray &bytes)
 {
-    if (Image image = Image::fromPng(bytes); !image.isNull()) {
-        return image.pixels().isNull() ? Image() : image;
+    if (const Image image = Image::fromPng(bytes); !image.isNull()) {
+        // Which reads every row, and is what the card shows until it has made one of its own size.
+        const bool isWhole = !image.thumbnail(sizeOfFirstThumbnail, ThumbnailFit::atLeast).isNull();
+        image.releasePixelsWhenEncoded();
+        return isWhole ? image : Image();
     }
     const QByteArray format = formatOf(bytes);
     if (format.isEmpty()) {

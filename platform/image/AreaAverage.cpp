@@ -18,7 +18,7 @@ struct ChannelOffsets {
 
 constexpr ChannelOffsets offsetsOf(AreaAverage::Layout layout)
 {
-    if (layout == AreaAverage::Layout::rgb) {
+    if (layout != AreaAverage::Layout::rgb32) {
         return {0, 1, 2};
     }
     return Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? ChannelOffsets{2, 1, 0} : ChannelOffsets{1, 2, 3};

@@ -17,6 +17,8 @@ public:
     enum class Layout {
         /// Three bytes: red, green, blue.
         rgb,
+        /// Four: red, green, blue, and one that does not count.
+        rgbx,
         /// As in QImage::Format_RGB32.
         rgb32,
     };

@@ -9,30 +9,56 @@
 namespace lumenfold {
 namespace {
 
-constexpr std::size_t pixelBytes = 3;
-/// In a row's buffer: the black pixel at the left of the picture.
-constexpr std::size_t rowMargin = pixelBytes;
+/// In a row's buffer: room for the black pixel at the left of the picture.
+constexpr std::size_t rowMargin = 4;
 /// Inflated at a time: several rows, because each call has a price of its own, and few enough to stay in the cache.
 constexpr std::size_t inflatedBytes = 256 * 1024;
 /// Bit depth, color type, compression, filtering and interlacing, where they are in the file.
 constexpr std::size_t kindOffset = 24;
-constexpr QByteArrayView plainKind("\x08\x02\0\0\0", 5);
+constexpr QByteArrayView kindOfColors("\x08\x02\0\0\0", 5);
+constexpr QByteArrayView kindWithAlpha("\x08\x06\0\0\0", 5);
 
 bool isChunk(QByteArrayView chunk, const char (&type)[5])
 {
     return std::memcmp(chunk.data() + 4, type, 4) == 0;
 }
 
-/// True for pixels and an end and nothing between or beside them. The file is intact, so every chunk is whole.
-bool hasOnlyPixels(QByteArrayView file)
+/// Tells how something is to be shown rather than what. Which colour is transparent is not of that kind.
+bool isAncillary(QByteArrayView chunk)
+{
+    constexpr char lowerCase = 0x20;
+    return (chunk[4] & lowerCase) != 0 && !isChunk(chunk, "tRNS");
+}
+
+/// Where the pixels begin; nothing for a file with more in it than pixels, an end, and what can be passed over before
+/// and after the pixels. The file is intact, so every chunk is whole.
+std::optional<std::size_t> findPixels(QByteArrayView file)
 {
     std::size_t at = png::headerBytes;
-    bool anyPixels = false;
-    while (isChunk(file.sliced(static_cast<qsizetype>(at)), "IDAT")) {
-        at += png::chunkOverhead + png::chunkDataBytes(file.sliced(static_cast<qsizetype>(at)));
-        anyPixels = true;
+    const auto chunk = [&] { return file.sliced(static_cast<qsizetype>(at)); };
+    const auto pass = [&] { at += png::chunkOverhead + png::chunkDataBytes(chunk()); };
+    while (isAncillary(chunk())) {
+        pass();
     }
-    return anyPixels && isChunk(file.sliced(static_cast<qsizetype>(at)), "IEND");
+    const std::size_t begin = at;
+    while (isChunk(chunk(), "IDAT")) {
+        pass();
+    }
+    const bool anyPixels = at > begin;
+    while (isAncillary(chunk())) {
+        pass();
+    }
+    return anyPixels && isChunk(chunk(), "IEND") ? std::optional(begin) : std::nullopt;
+}
+
+/// Nothing for other kinds.
+std::optional<std::size_t> pixelBytesOf(QByteArrayView file)
+{
+    const QByteArrayView kind = file.sliced(kindOffset, kindOfColors.size());
+    if (kind == kindOfColors) {
+        return 3;
+    }
+    return kind == kindWithAlpha ? std::optional<std::size_t>(4) : std::nullopt;
 }
 
 unsigned char paeth(int left, int above, int aboveLeft)
@@ -48,6 +74,7 @@ unsigned char paeth(int left, int above, int aboveLeft)
 }
 
 /// Left of both rows lies a black pixel.
+template <std::size_t pixelBytes>
 bool unfilter(unsigned filter, unsigned char *row, const unsigned char *above, std::size_t bytes)
 {
     const unsigned char *const left = row - pixelBytes;
@@ -57,13 +84,11 @@ bool unfilter(unsigned filter, unsigned char *row, const unsigned char *above, s
     case 0:
         return true;
     case 1: {
-        unsigned char red = 0;
-        unsigned char green = 0;
-        unsigned char blue = 0;
-        for (std::size_t at = 0; at + 2 < bytes; at += pixelBytes) {
-            row[at] = red = static_cast<unsigned char>(red + row[at]);
-            row[at + 1] = green = static_cast<unsigned char>(green + row[at + 1]);
-            row[at + 2] = blue = static_cast<unsigned char>(blue + row[at + 2]);
+        std::array<unsigned char, pixelBytes> sum{};
+        for (std::size_t at = 0; at + pixelBytes <= bytes; at += pixelBytes) {
+            for (std::size_t channel = 0; channel < pixelBytes; ++channel) {
+                row[at + channel] = sum[channel] = static_cast<unsigned char>(sum[channel] + row[at + channel]);
+            }
         }
         return true;
     }
@@ -92,19 +117,22 @@ bool unfilter(unsigned filter, unsigned char *row, const unsigned char *above, s
 std::optional<PngRows> PngRows::open(QByteArrayView file)
 {
     const std::optional<PixelSize> size = png::readHeader(file);
-    if (!size || file.sliced(kindOffset, plainKind.size()) != plainKind || !png::isIntact(file) ||
-        !hasOnlyPixels(file)) {
+    const std::optional<std::size_t> pixelBytes = size ? pixelBytesOf(file) : std::nullopt;
+    const std::optional<std::size_t> begin = pixelBytes && png::isIntact(file) ? findPixels(file) : std::nullopt;
+    if (!begin) {
         return std::nullopt;
     }
-    PngRows rows(file, *size);
+    PngRows rows(file, *size, *pixelBytes, *begin);
     return rows.skipZlibHeader() ? std::optional(std::move(rows)) : std::nullopt;
 }
 
-PngRows::PngRows(QByteArrayView file, PixelSize size)
+PngRows::PngRows(QByteArrayView file, PixelSize size, std::size_t pixelBytes, std::size_t firstPixels)
     : m_file(file)
     , m_size(size)
+    , m_pixelBytes(pixelBytes)
+    , m_at(firstPixels)
     , m_inflating(std::make_unique<inflate_state>())
-    , m_row(rowMargin + static_cast<std::size_t>(size.width) * pixelBytes)
+    , m_row(rowMargin + static_cast<std::size_t>(size.width) * m_pixelBytes)
     , m_rowAbove(m_row.size())
 {
     m_inflated.resize(std::max(inflatedBytes, m_row.size()));
@@ -177,7 +205,8 @@ const unsigned char *PngRows::next()
     unsigned char *const row = m_row.data() + rowMargin;
     std::memcpy(row, inflated + 1, bytes);
     m_readyBegin += bytes + 1;
-    m_isBroken = !unfilter(*inflated, row, m_rowAbove.data() + rowMargin, bytes);
+    const auto unfilterRow = m_pixelBytes == 3 ? &unfilter<3> : &unfilter<4>;
+    m_isBroken = !unfilterRow(*inflated, row, m_rowAbove.data() + rowMargin, bytes);
     return m_isBroken ? nullptr : row;
 }
 

@@ -12,9 +12,9 @@
 
 namespace lumenfold {
 
-/// Reads PNG files of the plain kind that PngEncoder makes of opaque pictures (8-bit RGB, all rows from above, nothing
-/// but pixels in it), one row after the other and so in little memory, and several times as fast as libraries that read
-/// every kind. Trusts nothing. Any thread.
+/// Reads PNG files of the usual kinds (8-bit RGB, as PngEncoder makes them of opaque pictures, and 8-bit RGB with
+/// alpha, as web pages make them of any; all rows from above, no colour declared transparent), one row after the other
+/// and so in little memory, and several times as fast as libraries that read every kind. Trusts nothing. Any thread.
 class PngRows {
 public:
     /// Nothing when the file is of another kind, or broken as far as can be told without reading its pixels. `file`
@@ -22,11 +22,14 @@ public:
     [[nodiscard]] static std::optional<PngRows> open(QByteArrayView file);
 
     [[nodiscard]] PixelSize size() const { return m_size; }
-    /// The next row: red, green and blue of each pixel. Null when the file is broken; then it stays so.
+    /// 3, or 4 with alpha.
+    [[nodiscard]] std::size_t pixelBytes() const { return m_pixelBytes; }
+    /// The next row: red, green, blue, and alpha if there is one, of each pixel. Null when the file is broken; then it
+    /// stays so.
     [[nodiscard]] const unsigned char *next();
 
 private:
-    PngRows(QByteArrayView file, PixelSize size);
+    PngRows(QByteArrayView file, PixelSize size, std::size_t pixelBytes, std::size_t firstPixels);
 
     /// Leaves the two bytes behind with which zlib begins.
     [[nodiscard]] bool skipZlibHeader();
@@ -36,7 +39,8 @@ private:
 
     QByteArrayView m_file;
     PixelSize m_size;
-    std::size_t m_at = png::headerBytes;
+    std::size_t m_pixelBytes;
+    std::size_t m_at;
     std::unique_ptr<inflate_state> m_inflating;
     /// The inflated bytes, ready ones between the two offsets.
     std::vector<unsigned char> m_inflated;

@@ -22,6 +22,16 @@ PixelSize fittingInto(PixelSize size, PixelSize bounds)
     return {fitting.width(), fitting.height()};
 }
 
+/// Of a row of red, green, blue and alpha.
+bool isOpaque(const unsigned char *row, std::size_t bytes)
+{
+    unsigned char all = 0xff;
+    for (std::size_t at = 3; at < bytes; at += 4) {
+        all = static_cast<unsigned char>(all & row[at]);
+    }
+    return all == 0xff;
+}
+
 } // namespace
 
 QImage opaqueCopy(const QImage &pixels)
@@ -71,10 +81,13 @@ QImage scaledInto(const QByteArray &png, PixelSize bounds)
     if (!rows || isWithin(rows->size(), bounds)) {
         return {};
     }
-    AreaAverage average(rows->size(), fittingInto(rows->size(), bounds), AreaAverage::Layout::rgb);
+    const bool hasAlpha = rows->pixelBytes() == 4;
+    const std::size_t rowBytes = static_cast<std::size_t>(rows->size().width) * rows->pixelBytes();
+    AreaAverage average(rows->size(), fittingInto(rows->size(), bounds),
+                        hasAlpha ? AreaAverage::Layout::rgbx : AreaAverage::Layout::rgb);
     for (int y = 0; y < rows->size().height; ++y) {
         const unsigned char *const row = rows->next();
-        if (!row) {
+        if (!row || (hasAlpha && !isOpaque(row, rowBytes))) {
             return {};
         }
         average.addRow(row);

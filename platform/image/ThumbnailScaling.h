@@ -23,8 +23,8 @@ inline constexpr double largestThumbnailExcess = 1.8;
 /// null pixels and empty bounds.
 [[nodiscard]] QImage scaledInto(const QImage &pixels, PixelSize bounds);
 
-/// The same from a PNG of the most usual kind, without ever having all pixels; null for any other file, and for a
-/// picture that fits as it is.
+/// The same from a PNG of the usual kinds, without ever having all pixels; null for any other file, for one with a
+/// pixel that is not opaque, and for a picture that fits as it is.
 [[nodiscard]] QImage scaledInto(const QByteArray &png, PixelSize bounds);
 
 } // namespace lumenfold

@@ -93,6 +93,14 @@ TEST(CardPictureTest, aCopyThatIsTooLargeForAWhileDoesNotBleedAroundItsEdges)
     expectCleanEdges(painted(picture, {141, 106}, 1, CardPicture::Sharpness::passing));
 }
 
+TEST(CardPictureTest, whatIsAtHandIsSeenUntilThereIsACopy)
+{
+    const Image image = Image::fromPng(Image::fromPixels(halves({640, 480})).pngData().value());
+    ASSERT_FALSE(image.thumbnail({120, 90}).isNull());
+    CardPicture picture(image);
+    expectCleanEdges(painted(picture, {160, 120}, 1, CardPicture::Sharpness::exact));
+}
+
 TEST(CardPictureTest, aPictureOfOnePixelFillsItsCard)
 {
     QImage pixel(1, 1, QImage::Format_RGB32);

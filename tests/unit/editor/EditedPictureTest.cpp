@@ -21,12 +21,12 @@ QImage gradient()
     return picture;
 }
 
-QByteArray encodedAs(const char *format)
+QByteArray encodedAs(const char *format, const QImage &picture = gradient())
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    gradient().save(&buffer, format);
+    picture.save(&buffer, format);
     return bytes;
 }
 
@@ -36,8 +36,31 @@ TEST(EditedPictureTest, APngKeepsItsBytes)
     const Image image = readEditedPicture(png);
     EXPECT_EQ(image.pngData(), png);
     EXPECT_EQ(image.pixels().convertToFormat(QImage::Format_RGB32), gradient());
-    // The card need not read it again.
-    EXPECT_TRUE(image.holdsPixels());
+    // The card has something to show at once, and nobody keeps the pixels for it.
+    EXPECT_FALSE(image.readyThumbnail().isNull());
+    EXPECT_FALSE(image.holdsPixels());
+}
+
+TEST(EditedPictureTest, ALargeOneWithTransparencyIsOneToo)
+{
+    QImage picture = gradient().scaled(1200, 900).convertToFormat(QImage::Format_ARGB32);
+    EXPECT_EQ(readEditedPicture(encodedAs("PNG", picture)).readyThumbnail().size(), QSize(480, 360));
+    picture.setPixel(0, 0, qRgba(1, 2, 3, 100));
+    const Image image = readEditedPicture(encodedAs("PNG", picture));
+    EXPECT_TRUE(image.readyThumbnail().hasAlphaChannel());
+    EXPECT_FALSE(image.holdsPixels());
+    EXPECT_EQ(image.pixels(), picture);
+}
+
+TEST(EditedPictureTest, ALargeOneThatIsBrokenIsNone)
+{
+    const QByteArray png = encodedAs("PNG", gradient().scaled(1200, 900));
+    EXPECT_FALSE(readEditedPicture(png).isNull());
+    for (const qsizetype at : {png.size() / 3, png.size() / 2, png.size() - 20}) {
+        QByteArray broken = png;
+        broken[at] = static_cast<char>(broken[at] ^ 0x55);
+        EXPECT_TRUE(readEditedPicture(broken).isNull()) << at;
+    }
 }
 
 TEST(EditedPictureTest, AJpegIsAPictureToo)

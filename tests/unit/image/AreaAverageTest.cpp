@@ -99,6 +99,17 @@ TEST(AreaAverage, isTheSameFromAFileAsFromPixels)
     EXPECT_EQ(thumbnail.size(), QSize(70, 46));
     EXPECT_EQ(stored.thumbnail({70, 70}), thumbnail);
     EXPECT_FALSE(stored.holdsPixels());
+
+    // The same with alpha that says nothing.
+    const Image withAlpha =
+        Image::fromPng(Image::fromPixels(pixels.convertToFormat(QImage::Format_ARGB32)).pngData().value());
+    EXPECT_EQ(withAlpha.thumbnail({70, 70}), thumbnail);
+    EXPECT_FALSE(withAlpha.holdsPixels());
+    // And with alpha that does.
+    const QImage translucent = test::withTransparency(pixels);
+    const Image seen = Image::fromPng(Image::fromPixels(translucent).pngData().value());
+    EXPECT_EQ(seen.thumbnail({70, 70}), Image::fromPixels(translucent).thumbnail({70, 70}));
+    EXPECT_TRUE(seen.thumbnail({70, 70}).hasAlphaChannel());
 }
 
 } // namespace

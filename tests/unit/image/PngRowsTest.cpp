@@ -21,16 +21,17 @@ QImage readAllRows(const QByteArray &file)
     if (!rows) {
         return {};
     }
-    QImage picture(rows->size().width, rows->size().height, QImage::Format_RGB888);
+    const bool hasAlpha = rows->pixelBytes() == 4;
+    QImage picture(rows->size().width, rows->size().height, hasAlpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
     for (int y = 0; y < picture.height(); ++y) {
         const unsigned char *row = rows->next();
         if (!row) {
             EXPECT_EQ(rows->next(), nullptr);
             return {};
         }
-        std::copy_n(row, picture.width() * 3, picture.scanLine(y));
+        std::copy_n(row, static_cast<std::size_t>(picture.width()) * rows->pixelBytes(), picture.scanLine(y));
     }
-    return picture.convertToFormat(QImage::Format_RGB32);
+    return picture.convertToFormat(hasAlpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
 }
 
 constexpr int side = 40;
@@ -57,6 +58,43 @@ TEST(PngRows, areThoseThatTheEncoderWrote)
             EXPECT_EQ(readAllRows(PngEncoder::encodeAndWait(picture).value()), picture);
         }
     }
+}
+
+TEST(PngRows, mayHaveAlpha)
+{
+    for (const QSize size : {QSize(1, 1), QSize(7, 300), QSize(1000, 700)}) {
+        for (const QImage &picture : {noisePicture(size), gradientPicture(size)}) {
+            const QImage translucent = withTransparency(picture);
+            EXPECT_EQ(readAllRows(PngEncoder::encodeAndWait(translucent).value()), translucent);
+        }
+    }
+}
+
+TEST(PngRows, areReadBetweenWhatDoesNotChangeThem)
+{
+    const PngChunk header = headerChunk({.width = side, .height = side});
+    const PngChunk pixels = pixelChunk(filteredNoise());
+    const QImage expected = readAllRows(pngFile({header, pixels, end}));
+    ASSERT_FALSE(expected.isNull());
+    EXPECT_EQ(readAllRows(pngFile({header, {"sRGB", QByteArray(1, '\0')}, {"tEXt", "a"}, pixels, {"tEXt", {}}, end})),
+              expected);
+}
+
+TEST(PngRows, mayHaveEveryFilterAndAlpha)
+{
+    std::mt19937 random(2);
+    QByteArray rows;
+    for (int row = 0; row < side; ++row) {
+        rows += static_cast<char>(row % 5);
+        for (int at = 0; at < side * 4; ++at) {
+            rows += static_cast<char>(random());
+        }
+    }
+    const QByteArray file =
+        pngFile({headerChunk({.width = side, .height = side, .colorType = 6}), pixelChunk(rows), end});
+    const QImage expected = PngDecoder::decode(file);
+    ASSERT_FALSE(expected.isNull());
+    EXPECT_EQ(readAllRows(file), expected);
 }
 
 TEST(PngRows, mayHaveEveryFilter)
@@ -87,7 +125,6 @@ TEST(PngRows, areNotReadFromOtherKindsOfFiles)
 {
     EXPECT_FALSE(PngRows::open({}));
     EXPECT_FALSE(PngRows::open("no picture at all, but long enough to have a header"));
-    EXPECT_FALSE(PngRows::open(PngEncoder::encodeAndWait(withTransparency(gradientPicture({9, 9}))).value()));
     const PngChunk pixels = pixelChunk(QByteArray(10'000, '\0'));
     for (const PngHeader &header :
          {PngHeader{.width = 9, .height = 9, .bitDepth = 16}, PngHeader{.width = 9, .height = 9, .colorType = 0},
@@ -97,7 +134,8 @@ TEST(PngRows, areNotReadFromOtherKindsOfFiles)
     const PngChunk plain = headerChunk({.width = 9, .height = 9});
     EXPECT_TRUE(PngRows::open(pngFile({plain, pixels, end})));
     EXPECT_FALSE(PngRows::open(pngFile({plain, {"tRNS", QByteArray(6, '\0')}, pixels, end})));
-    EXPECT_FALSE(PngRows::open(pngFile({plain, pixels, {"tEXt", "a"}, end})));
+    EXPECT_FALSE(PngRows::open(pngFile({plain, {"PLTE", QByteArray(3, '\0')}, pixels, end})));
+    EXPECT_FALSE(PngRows::open(pngFile({plain, pixels, {"tEXt", "a"}, pixels, end})));
     EXPECT_FALSE(PngRows::open(pngFile({plain, end})));
     EXPECT_FALSE(PngRows::open(pngFile({plain, {"IDAT", {}}, end})));
     EXPECT_FALSE(PngRows::open(pngFile({plain, {"IDAT", "\x18\x19"}, end})));
