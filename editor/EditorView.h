@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QColor>
 #include <QJsonObject>
 #include <QString>
@@ -11,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QWidget;
 
@@ -55,8 +57,9 @@ public:
 
     /// The main frame has another document from now on: the page, or what else the server sent.
     virtual void documentCreated() = 0;
-    /// From our own script in the main frame. False when the rest of the message is not wanted.
-    [[nodiscard]] virtual bool messagePieceReceived(const QJsonObject &piece) = 0;
+    /// From our own script in the main frame: a message, or that there is one whose text is long. True when it is
+    /// fetched (EditorView::fetchText), for which that script waits.
+    [[nodiscard]] virtual bool messageReceived(const QJsonObject &message) = 0;
     /// Whether a frame may go there.
     [[nodiscard]] virtual bool allowsNavigation(const QUrl &address, NavigationKind kind) = 0;
     /// The page wants another window with that. There will be none.
@@ -93,10 +96,24 @@ public:
     virtual void load(const QUrl &address) = 0;
     virtual void stop() = 0;
     /// Posts the message to the page's window as coming from and meant for `origin`: the members (a JSON object), and
-    /// `dataURL` as `src`. Asks `isWanted` before every part of it. `done` is called with what went wrong; empty if
-    /// nothing did. A hand-over in place of one that goes on ends that.
+    /// `dataURL` as `src`. Asks `isWanted` when it begins and when the page fetches the picture. `done` is called with
+    /// what went wrong; empty if nothing did. A hand-over in place of one that goes on ends that.
     virtual void handOver(const QByteArray &members, const QByteArray &dataURL, const QString &origin,
                           std::function<bool()> isWanted, std::function<void(QString trouble)> done) = 0;
+
+    /// A long text that our script in the page has told of.
+    struct LongText {
+        /// A document of the page, and which of its messages.
+        QString document{};
+        int message = 0;
+        /// In characters.
+        qsizetype length = 0;
+    };
+    /// Fetches the text in parts of a moment each. Asks `isWanted` before every part. `done` is called with its parts
+    /// in UTF-8, or with nothing when it is not to be had any more. A text with other than ASCII characters, which is
+    /// no picture, ends with the part that has them. A text in place of one that is being fetched ends that.
+    virtual void fetchText(const LongText &text, std::function<bool()> isWanted,
+                           std::function<void(std::optional<QByteArrayList> parts)> done) = 0;
 };
 
 /// Makes a view in `parent`. The client outlives it.

@@ -35,9 +35,9 @@ std::optional<QByteArray> encoded(const Image &image)
 }
 
 /// Nothing if there is nothing to say of it.
-std::optional<Image> readPicture(const QByteArray &dataURL)
+std::optional<Image> readPicture(QByteArrayList dataURL)
 {
-    const auto bytes = readExport(dataURL);
+    const auto bytes = readExport(std::exchange(dataURL, {}).join());
     if (!bytes) {
         return bytes.error() == ExportTrouble::noComma ? std::nullopt : std::optional(Image());
     }
@@ -253,7 +253,6 @@ void StudioModalWindowController::windowWillClose()
     hasLoaded = false;
     m_image = {};
     m_screenshotId.clear();
-    m_assembly.forget();
     m_isHiddenForCapture = false;
     m_with.workspace.setActivationPolicy(ActivationPolicy::accessory);
 }
@@ -284,45 +283,51 @@ void StudioModalWindowController::documentCreated()
 {
     hasLoaded = false;
     m_ignoredMessages = 0;
-    m_assembly.forget();
     m_timeOut.stop();
     m_window->showPage(m_view->widget());
 }
 
-bool StudioModalWindowController::messagePieceReceived(const QJsonObject &json)
+bool StudioModalWindowController::messageReceived(const QJsonObject &json)
 {
-    const std::optional<MessagePiece> piece = readMessagePiece(json);
-    if (!piece) {
+    const std::optional<PageMessage> message = readPageMessage(json);
+    if (!message) {
         return false;
     }
-    if (!isTrusted(*piece)) {
-        m_assembly.forget();
+    if (!isTrusted(*message)) {
         noteIgnoredMessage();
         return false;
     }
-    switch (m_assembly.add(*piece)) {
-    case MessageAssembly::Outcome::incomplete:
-        return true;
-    case MessageAssembly::Outcome::refused:
-        return false;
-    case MessageAssembly::Outcome::complete:
-        break;
-    }
-    PageMessage message = m_assembly.take();
-    if (message.name == loadedMessageName) {
+    if (message->name == loadedMessageName) {
         hasLoaded = true;
         deliverImage();
-    } else if (message.name == imageMessageName && message.body) {
-        takeExport(*std::move(message.body));
+    } else if (message->name == imageMessageName && message->isText) {
+        if (message->text) {
+            takeExport({message->text->toUtf8()});
+        } else if (takesExports()) {
+            fetchExport(*message);
+            return true;
+        }
     }
-    return true;
+    return false;
 }
 
-bool StudioModalWindowController::isTrusted(const MessagePiece &piece) const
+void StudioModalWindowController::fetchExport(const PageMessage &message)
+{
+    m_view->fetchText(
+        {.document = message.document, .message = message.number, .length = message.length},
+        [this, message] { return isTrusted(message); },
+        [this](std::optional<QByteArrayList> parts) {
+            if (parts) {
+                takeExport(*std::move(parts));
+            }
+        });
+}
+
+bool StudioModalWindowController::isTrusted(const PageMessage &message) const
 {
     const QUrl base = m_with.config.editorBaseURL();
     // What the engine said of the document when the message was posted, and what it says of the page now.
-    return isTrustedOrigin(readSecurityOrigin(piece.origin), base) && isTrustedAddress(m_view->address(), base);
+    return isTrustedOrigin(readSecurityOrigin(message.origin), base) && isTrustedAddress(m_view->address(), base);
 }
 
 void StudioModalWindowController::noteIgnoredMessage()
@@ -332,20 +337,26 @@ void StudioModalWindowController::noteIgnoredMessage()
     }
 }
 
-bool StudioModalWindowController::isShown() const
+bool StudioModalWindowController::takesExports() const
 {
+    // A page that exports in a loop makes one card for each time that the user opened it, and not more.
     return m_window && (m_window->isVisible() || m_isHiddenForCapture);
 }
 
-QCoro::Task<> StudioModalWindowController::takeExport(QByteArray dataURL)
+QCoro::Task<> StudioModalWindowController::takeExport(QByteArrayList dataURL)
 {
-    // A page that exports in a loop makes one card for each time that the user opened it, and not more.
-    if (!isShown() || m_isTakingExport) {
+    if (!takesExports()) {
+        co_return;
+    }
+    if (m_isTakingExport) {
+        m_nextExport = std::move(dataURL);
         co_return;
     }
     const QPointer window(m_window.get());
     const ExportHandler handler = onExport;
-    const std::function<std::optional<Image>()> work = [dataURL] { return readPicture(dataURL); };
+    // The pool has them alone, and gives their memory back.
+    const auto parts = std::make_shared<QByteArrayList>(std::move(dataURL));
+    const std::function<std::optional<Image>()> work = [parts] { return readPicture(std::exchange(*parts, {})); };
     m_isTakingExport = true;
     std::optional<Image> picture;
     try {
@@ -354,11 +365,14 @@ QCoro::Task<> StudioModalWindowController::takeExport(QByteArray dataURL)
         co_return;
     }
     m_isTakingExport = false;
-    if (!picture) {
-        co_return;
-    }
-    if (picture->isNull()) {
-        qWarning("LumenFold: could not decode exported image from the editor.");
+    std::optional<QByteArrayList> next = std::exchange(m_nextExport, std::nullopt);
+    if (!picture || picture->isNull()) {
+        if (picture) {
+            qWarning("LumenFold: could not decode exported image from the editor.");
+        }
+        if (next) {
+            takeExport(*std::move(next));
+        }
         co_return;
     }
     // A window that was closed meanwhile had been told what to do with it.

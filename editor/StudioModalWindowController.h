@@ -78,18 +78,20 @@ private:
     void giveEngineBack();
 
     void deliverImage();
-    QCoro::Task<> takeExport(QByteArray dataURL);
-    [[nodiscard]] bool isShown() const;
+    void fetchExport(const PageMessage &message);
+    /// The data address in parts.
+    QCoro::Task<> takeExport(QByteArrayList dataURL);
+    [[nodiscard]] bool takesExports() const;
 
     void documentCreated() override;
-    [[nodiscard]] bool messagePieceReceived(const QJsonObject &piece) override;
+    [[nodiscard]] bool messageReceived(const QJsonObject &json) override;
     [[nodiscard]] bool allowsNavigation(const QUrl &address, NavigationKind kind) override;
     void newWindowRequested(const QUrl &address) override;
     void fileOffered(std::unique_ptr<OfferedFile> file) override;
     [[nodiscard]] QStringList chooseFiles(bool several) override;
     void failed(ViewTrouble trouble, const QString &reason) override;
 
-    [[nodiscard]] bool isTrusted(const MessagePiece &piece) const;
+    [[nodiscard]] bool isTrusted(const PageMessage &message) const;
     void noteIgnoredMessage();
     void explain(const EditorModuleTrouble &trouble);
     void explain(ViewTrouble trouble);
@@ -118,10 +120,11 @@ private:
     bool m_isLoadingModule = false;
     bool m_isHiddenForCapture = false;
     bool m_isTakingExport = false;
+    /// The latest that came meanwhile, for when that one is no picture.
+    std::optional<QByteArrayList> m_nextExport;
     bool m_closesAfterChoosing = false;
     /// Of the present document.
     int m_ignoredMessages = 0;
-    MessageAssembly m_assembly;
     QTimer m_timeOut;
     QTimer m_afterClosing;
     BackgroundWork m_work;

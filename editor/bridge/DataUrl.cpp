@@ -1,5 +1,7 @@
 #include "editor/bridge/DataUrl.h"
 
+#include "editor/bridge/Base64.h"
+
 #include <QList>
 #include <QLocale>
 
@@ -13,21 +15,14 @@ namespace {
 
 constexpr QByteArrayView scheme = "data:";
 
-std::optional<QByteArray> decoded(QByteArrayView payload)
+/// Decodes in place what nobody else holds.
+std::optional<QByteArray> decoded(QByteArray text)
 {
-    QByteArray text = payload.toByteArray();
     // In an address that went through somebody's hands the signs of base64 may be escaped.
     if (text.contains('%')) {
         text = QByteArray::fromPercentEncoding(text);
     }
-    // Filled up to whole groups of four signs, as everybody writes it; what was cut off in the middle is not.
-    constexpr qsizetype group = 4;
-    if (text.size() % group != 0) {
-        return std::nullopt;
-    }
-    auto result = QByteArray::fromBase64Encoding(std::move(text),
-                                                 QByteArray::Base64Encoding | QByteArray::AbortOnBase64DecodingErrors);
-    return result ? std::optional(std::move(result.decoded)) : std::nullopt;
+    return decodeBase64(std::move(text));
 }
 
 QString extensionFor(const QString &mimeType)
@@ -56,13 +51,13 @@ QByteArray pngDataURL(const QByteArray &png)
     return "data:image/png;base64," + png.toBase64();
 }
 
-tl::expected<QByteArray, ExportTrouble> readExport(QByteArrayView dataURL)
+tl::expected<QByteArray, ExportTrouble> readExport(QByteArray dataURL)
 {
     const qsizetype comma = dataURL.indexOf(',');
     if (comma < 0) {
         return tl::unexpected(ExportTrouble::noComma);
     }
-    std::optional<QByteArray> bytes = decoded(dataURL.sliced(comma + 1));
+    std::optional<QByteArray> bytes = decoded(std::move(dataURL.remove(0, comma + 1)));
     if (!bytes) {
         return tl::unexpected(ExportTrouble::undecodable);
     }
@@ -80,7 +75,7 @@ tl::expected<EditorDownload, DownloadTrouble> readDownload(QByteArrayView dataUR
     if (!parts.sliced(1).contains("base64")) {
         return tl::unexpected(DownloadTrouble::malformed);
     }
-    std::optional<QByteArray> bytes = decoded(dataURL.sliced(comma + 1));
+    std::optional<QByteArray> bytes = decoded(dataURL.sliced(comma + 1).toByteArray());
     if (!bytes) {
         return tl::unexpected(DownloadTrouble::undecodable);
     }

@@ -21,7 +21,7 @@ enum class ExportTrouble {
 };
 
 /// The bytes of a picture that the page has exported: what stands behind the first comma, decoded.
-[[nodiscard]] tl::expected<QByteArray, ExportTrouble> readExport(QByteArrayView dataURL);
+[[nodiscard]] tl::expected<QByteArray, ExportTrouble> readExport(QByteArray dataURL);
 
 /// A file that the page offers for download.
 struct EditorDownload {

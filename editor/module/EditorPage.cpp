@@ -1,5 +1,7 @@
 #include "editor/module/EditorPage.h"
 
+#include "editor/module/HandOverSender.h"
+
 #include <QPointer>
 #include <QTemporaryDir>
 #include <QWebEngineCertificateError>
@@ -184,7 +186,8 @@ bool EditorPage::acceptNavigationRequest(const QUrl &url, NavigationType, bool)
 {
     // Whether it is a link that was clicked, the engine does not say (see courier.js). The program's own resources are
     // nobody's pages.
-    return url.scheme() != u"qrc" && m_client.allowsNavigation(url, NavigationKind::other);
+    return url.scheme() != u"qrc" && url.scheme() != HandOverSender::scheme &&
+           m_client.allowsNavigation(url, NavigationKind::other);
 }
 
 void EditorPage::javaScriptAlert(const QUrl &, const QString &) {}

@@ -15,11 +15,17 @@ class PageListener : public QObject {
 public:
     explicit PageListener(EditorViewClient &client);
 
-    /// False when the rest of the message is not wanted.
-    Q_INVOKABLE bool take(const QJsonObject &piece);
+    /// True when the text of the message will be fetched.
+    Q_INVOKABLE bool take(const QJsonObject &message);
     Q_INVOKABLE void documentCreated();
+    /// What became of a screenshot; `trouble` is empty when all went well.
+    Q_INVOKABLE void handOverEnded(int number, const QString &trouble);
     /// In the main frame; the page does not go there by itself.
     Q_INVOKABLE void linkClicked(const QString &address);
+
+Q_SIGNALS:
+    void hasDocument();
+    void hasHandedOver(int number, const QString &trouble);
 
 private:
     EditorViewClient &m_client;

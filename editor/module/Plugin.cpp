@@ -1,4 +1,5 @@
 /// What the module gives to the program.
+#include "editor/module/HandOverSender.h"
 #include "editor/module/WebEngineView.h"
 
 #include <QQuickWindow>
@@ -44,6 +45,7 @@ public:
         // The engine asks the toolkit for what the driver can do, for which the toolkit would load it.
         const OwnVariable integration("QT_XCB_GL_INTEGRATION", "none");
         s_otherHandler = qInstallMessageHandler(leaveOutWhatIsMeant);
+        lumenfold::HandOverSender::registerScheme();
         const QWebEngineProfile first;
     }
 

@@ -3,6 +3,7 @@
 #include "editor/module/EditorPage.h"
 #include "editor/module/HandOverSender.h"
 #include "editor/module/PageListener.h"
+#include "editor/module/TextFetcher.h"
 
 #include <QFile>
 #include <QUuid>
@@ -40,9 +41,12 @@ WebEngineView::WebEngineView(const Options &options, EditorViewClient &client, Q
     , m_page(std::make_unique<EditorPage>(m_profile.get(), client))
     , m_view(new QWebEngineView(parent))
     , m_sender(std::make_unique<HandOverSender>(*m_page))
+    , m_fetcher(std::make_unique<TextFetcher>(*m_page))
 {
     m_profile->setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
     m_profile->setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
+    QObject::connect(m_listener.get(), &PageListener::hasDocument, m_sender.get(), &HandOverSender::noteDocument);
+    QObject::connect(m_listener.get(), &PageListener::hasHandedOver, m_sender.get(), &HandOverSender::noteEnd);
     m_channel.registerObject(QStringLiteral("program"), m_listener.get());
     m_page->setWebChannel(&m_channel, QWebEngineScript::ApplicationWorld);
     m_page->setBackgroundColor(options.background);
@@ -54,6 +58,7 @@ WebEngineView::WebEngineView(const Options &options, EditorViewClient &client, Q
 WebEngineView::~WebEngineView()
 {
     // Before the page that it shows, which goes before its profile.
+    m_fetcher.reset();
     m_sender.reset();
     delete m_view;
 }
@@ -100,6 +105,12 @@ void WebEngineView::handOver(const QByteArray &members, const QByteArray &dataUR
                              std::function<bool()> isWanted, std::function<void(QString trouble)> done)
 {
     m_sender->send(members, dataURL, origin, std::move(isWanted), std::move(done));
+}
+
+void WebEngineView::fetchText(const LongText &text, std::function<bool()> isWanted,
+                              std::function<void(std::optional<QByteArrayList> parts)> done)
+{
+    m_fetcher->fetch(text, std::move(isWanted), std::move(done));
 }
 
 } // namespace lumenfold

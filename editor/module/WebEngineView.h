@@ -15,6 +15,7 @@ namespace lumenfold {
 class EditorPage;
 class HandOverSender;
 class PageListener;
+class TextFetcher;
 
 /// The editor's page in the web engine. With it go the page, its processes, and all that the page has stored: its
 /// profile is kept in memory only.
@@ -29,6 +30,8 @@ public:
     void stop() override;
     void handOver(const QByteArray &members, const QByteArray &dataURL, const QString &origin,
                   std::function<bool()> isWanted, std::function<void(QString trouble)> done) override;
+    void fetchText(const LongText &text, std::function<bool()> isWanted,
+                   std::function<void(std::optional<QByteArrayList> parts)> done) override;
 
 private:
     void addScripts(const Options &options);
@@ -41,6 +44,7 @@ private:
     std::unique_ptr<EditorPage> m_page;
     QPointer<QWebEngineView> m_view;
     std::unique_ptr<HandOverSender> m_sender;
+    std::unique_ptr<TextFetcher> m_fetcher;
 };
 
 } // namespace lumenfold

@@ -2,17 +2,16 @@
 // document with it but none of its variables and functions, and what the page redefines is redefined in the page's world
 // only. The channel to the program exists in this world alone, and in the main frame alone.
 //
-// A message goes in pieces, of which the program has answered all but a few before another is sent, so that no message
-// keeps the program's main thread for long, and a page that says more than is heard fills nobody's memory but its own.
+// The program hears of one message at a time. A short text goes with that; a long one the program fetches part by part,
+// when it wants it at all, so that no message keeps its main thread for long, and a page that says more than is heard
+// fills nobody's memory but its own.
 (function (token, names) {
   'use strict';
   // The engine's own empty page in place of one that cannot be had.
   if (location.protocol === 'chrome-error:') {
     return;
   }
-  const pieceLength = 1024 * 1024;
-  // While the program takes one, the next is on its way.
-  const mostUnanswered = 2;
+  const longestShortText = 16 * 1024;
   const longestQueue = 16;
   const restBetweenMessages = 5; // milliseconds
 
@@ -20,53 +19,32 @@
   const documentName = Array.from(crypto.getRandomValues(new Uint32Array(4)), part => part.toString(16)).join('-');
 
   let program = null;
-  let sending = false;
+  // The message that the program has heard of.
+  let current = null;
+  let isResting = false;
   let count = 0;
   const queue = [];
+  const encoder = new TextEncoder();
 
-  function pieceOf(message, index) {
-    const start = index * pieceLength;
-    const isText = message.body !== null;
-    const length = isText ? message.body.length : 0;
-    return {
-      document: documentName,
-      message: message.number,
-      index,
-      length,
-      name: message.name,
-      origin: message.origin,
-      text: isText ? message.body.substr(start, pieceLength) : null,
-      last: start + pieceLength >= length
-    };
-  }
-
-  function sendPieces(message, done) {
-    let next = 0;
-    let unanswered = 0;
-    let isOver = false;
-    function proceed() {
-      while (!isOver && unanswered < mostUnanswered) {
-        const piece = pieceOf(message, next++);
-        isOver = piece.last;
-        ++unanswered;
-        program.take(piece, accepted => {
-          --unanswered;
-          isOver = isOver || !accepted;
-          proceed();
-        });
-      }
-      if (isOver && unanswered === 0) {
-        done();
-      }
+  function finish(number) {
+    if (current && current.number === number) {
+      current = null;
+      isResting = true;
+      setTimeout(() => { isResting = false; send(); }, restBetweenMessages);
     }
-    proceed();
   }
 
   function send() {
-    if (program && !sending && queue.length > 0) {
-      sending = true;
-      sendPieces(queue.shift(), () => setTimeout(() => { sending = false; send(); }, restBetweenMessages));
+    if (!program || current || isResting || queue.length === 0) {
+      return;
     }
+    current = queue.shift();
+    const { name, number, origin, body } = current;
+    const isText = body !== null;
+    const isShort = isText && body.length <= longestShortText;
+    program.take({ document: documentName, message: number, name, origin, isText,
+                   length: isText ? body.length : 0, text: isShort ? body : null },
+                 fetches => fetches || finish(number));
   }
 
   function post(name, message) {
@@ -108,30 +86,36 @@
     }
   });
 
-  // A screenshot on its way to the page, in pieces as well. The program calls these.
-  let handOver = null;
-  window.lumenfoldHandOver = {
-    begin(number, message, origin) {
-      if (new URL(origin).origin !== self.origin) {
-        throw new Error('the page is of another origin');
-      }
-      handOver = { number, message, parts: [] };
+  // How the program fetches a long text: as bytes, which is what costs it least. It calls these.
+  window.lumenfoldMessages = {
+    part(document, number, start, length) {
+      const isHere = document === documentName && current && current.number === number;
+      return isHere ? encoder.encode(current.body.substr(start, length)) : null;
     },
-    add(number, part) {
-      if (!handOver || handOver.number !== number) {
-        throw new Error('the page was left meanwhile');
+    end(document, number) {
+      if (document === documentName) {
+        finish(number);
       }
-      handOver.parts.push(part);
-    },
-    end(number, origin) {
-      if (!handOver || handOver.number !== number) {
-        throw new Error('the page was left meanwhile');
-      }
-      const message = handOver.message;
-      message.src = handOver.parts.join('');
-      handOver = null;
-      window.postMessage(message, origin);
     }
+  };
+
+  // A screenshot for the page is fetched from an address that the program has for it, once and for this origin. The
+  // program calls this, and is told what became of it.
+  window.lumenfoldHandOver = (number, address, message, origin) => {
+    const ended = trouble => program.handOverEnded(number, trouble);
+    if (new URL(origin).origin !== self.origin) {
+      ended('the page is of another origin');
+      return;
+    }
+    const request = new XMLHttpRequest();
+    request.open('GET', address);
+    request.onload = () => {
+      message.src = request.response;
+      window.postMessage(message, origin);
+      ended('');
+    };
+    request.onerror = () => ended('it did not get into the page');
+    request.send();
   };
 
   new QWebChannel(qt.webChannelTransport, channel => {

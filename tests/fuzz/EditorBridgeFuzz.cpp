@@ -1,5 +1,6 @@
-/// Feeds the readers of what the editor's page says: messages in pieces, origins, exports and downloads. Whatever
-/// comes, a message is never longer than it said, and only the editor's own origin is trusted.
+/// Feeds the readers of what the editor's page says: messages, origins, exports and downloads. Whatever
+/// comes, a message is as long as it says, and only the editor's own origin is trusted.
+#include "editor/bridge/Base64.h"
 #include "editor/bridge/DataUrl.h"
 #include "editor/bridge/EditorOrigin.h"
 #include "editor/bridge/PageMessages.h"
@@ -20,22 +21,22 @@ void require(bool condition)
     }
 }
 
-/// A line for each piece.
 void feedMessages(const QByteArray &text)
 {
-    MessageAssembly assembly;
-    for (const QByteArray &line : text.split('\n')) {
-        const auto piece = readMessagePiece(QJsonDocument::fromJson(line).object());
-        if (!piece) {
-            continue;
-        }
-        if (assembly.add(*piece) == MessageAssembly::Outcome::complete) {
-            const PageMessage message = assembly.take();
-            require(message.name == piece->name);
-            require(!message.body || QString::fromUtf8(*message.body).size() == piece->length ||
-                    !piece->text->isValidUtf16() || message.body->contains('\xef'));
-        }
+    const auto message = readPageMessage(QJsonDocument::fromJson(text).object());
+    if (message) {
+        require(message->length <= maximumMessageLength);
+        require(!message->text || (message->isText && message->text->size() == message->length));
     }
+}
+
+void feedBase64(const QByteArray &text)
+{
+    const auto expected =
+        QByteArray::fromBase64Encoding(text, QByteArray::Base64Encoding | QByteArray::AbortOnBase64DecodingErrors);
+    const auto decoded = decodeBase64(text);
+    require(decoded.has_value() == (expected && text.size() % 4 == 0));
+    require(!decoded || *decoded == expected.decoded);
 }
 
 void feedOrigins(const QByteArray &text)
@@ -76,5 +77,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     feedMessages(input);
     feedOrigins(input);
     feedDataURLs(input);
+    feedBase64(input);
     return 0;
 }

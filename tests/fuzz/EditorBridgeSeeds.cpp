@@ -10,10 +10,12 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     const std::vector<QByteArray> inputs{
-        R"({"document":"d","message":0,"index":0,"length":6,"name":"lumenfoldLoaded","origin":"https://www.example.org:8443","text":"loaded","last":true})",
-        R"({"document":"d","message":1,"index":0,"length":4,"name":"lumenfoldImage","origin":"null","text":"ab","last":false}
-{"document":"d","message":1,"index":1,"length":4,"name":"lumenfoldImage","origin":"null","text":"cd","last":true})",
-        R"({"document":"d","message":2,"index":0,"length":0,"name":"lumenfoldImage","origin":"o","text":null,"last":true})",
+        R"({"document":"d","message":0,"length":6,"name":"lumenfoldLoaded","origin":"https://www.example.org:8443","isText":true,"text":"loaded"})",
+        R"({"document":"d","message":1,"length":20000000,"name":"lumenfoldImage","origin":"null","isText":true,"text":null})",
+        R"({"document":"d","message":2,"length":0,"name":"lumenfoldImage","origin":"o","isText":false,"text":null})",
+        "QUJDREVGR0hJSktM",
+        "QUJDRA==",
+        "QQ==QUJD",
         "https://www.example.org:8443",
         "https://www.example.org:8443/integration/electron?apiKey=1#x",
         "http://[::1]:80/",

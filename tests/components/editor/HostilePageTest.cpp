@@ -1,6 +1,8 @@
 /// Pages that mean no good, and what they achieve: nothing. Each test is one attempt.
 #include "tests/components/editor/EditorDesk.h"
 
+#include "editor/bridge/DataUrl.h"
+
 #include <QApplication>
 #include <QBuffer>
 
@@ -131,6 +133,73 @@ TEST_F(HostilePageTest, SaysThatItIsThereAndGoesElsewhereAtOnce)
             << qPrintable(line);
     }
     for (const QString &line : QSet<QString>(troubles.begin(), troubles.end())) {
+        expectLogLine(line, static_cast<int>(troubles.count(line)));
+    }
+}
+
+TEST_F(HostilePageTest, LooksForThePictureWhereItIsFetched)
+{
+    serve(R"(
+        const addresses = [];
+        new PerformanceObserver(list => list.getEntries().forEach(entry => addresses.push(entry.name)))
+            .observe({ entryTypes: ['resource'] });
+        for (const name of ['open', 'send']) {
+            const before = XMLHttpRequest.prototype[name];
+            XMLHttpRequest.prototype[name] = function () { report('called ours'); return before.apply(this, arguments); };
+        }
+        const guess = 'lumenfold-handover:' + '0'.repeat(32);
+        const asking = new Promise(done => {
+            const request = new XMLHttpRequest();
+            Reflect.apply(request.open, request, ['GET', guess]);
+            request.onload = () => done('text ' + request.response);
+            request.onerror = () => done('nothing');
+            Reflect.apply(request.send, request, []);
+        });
+        const showing = new Promise(done => {
+            const image = new Image();
+            image.onload = () => done('picture');
+            image.onerror = () => done('nothing');
+            image.src = guess;
+        });
+        const frame = document.createElement('iframe');
+        frame.src = guess;
+        document.body.append(frame);
+        addEventListener('message', async event => {
+            if (event.data.type !== 'hello') return;
+            report('got ' + event.data.src.length + ' ' + await asking + ' ' + await showing + ' ' +
+                   await fetch(guess).then(() => 'answer', () => 'nothing'));
+            report('addresses ' + addresses.filter(name => name.startsWith('lumenfold') && name !== guess).length);
+            location.href = guess;
+            setTimeout(() => report('still here'), 300);
+        });
+        window.postMessage({ type: 'loaded' }, '*');)");
+    const Image picture = Image::fromPixels(noise({64, 48}));
+    presentSomething();
+    waitForReport(u"got %1 nothing nothing nothing"_s.arg(pngDataURL(picture.pngData().value()).size()));
+    waitForReport(u"addresses 0"_s);
+    waitForReport(u"still here"_s);
+    EXPECT_FALSE(window()->showsNotice());
+    // Only its own two calls.
+    EXPECT_EQ(reports().count(u"called ours"_s), 2);
+}
+
+TEST_F(HostilePageTest, GoesAwayWhileThePictureIsOnItsWay)
+{
+    serveElsewhere("/trap", "addEventListener('message', event => report('heard: ' + event.data.type));"
+                            "setTimeout(() => report('trapped'), 500);");
+    // The program believes that the picture is wanted, and the page leaves in the same moment.
+    serve("postMessage({type: 'loaded'}, '*');"
+          "addEventListener('message', event => { if (event.data.type === 'loaded') location.href = elsewhere + "
+          "'/trap'; });");
+    present(noise({1500, 1200}));
+    waitForReport(u"trapped"_s);
+    EXPECT_FALSE(reports().contains(u"heard: hello"_s));
+    // The editor itself gets it the next time that it is there.
+    const QStringList troubles = logLines().filter(u"LumenFold: "_s);
+    for (const QString &line : QSet<QString>(troubles.begin(), troubles.end())) {
+        EXPECT_TRUE(line == ignored || line.contains(u"failed to hand image to editor"_s) ||
+                    line.contains(u"withholding screenshot"_s))
+            << qPrintable(line);
         expectLogLine(line, static_cast<int>(troubles.count(line)));
     }
 }
@@ -289,7 +358,7 @@ TEST_F(HostilePageTest, GoesToPlacesThatAreNotTheWebs)
 {
     serve(R"(
         for (const address of ['file:///etc/passwd', 'data:text/html;base64,QUJD', 'chrome://gpu', 'qrc:/x', 'mailto:a@b.c',
-                               'vnd.something:x']) {
+                               'vnd.something:x', 'lumenfold-handover:x']) {
             const frame = document.createElement('iframe');
             frame.src = address;
             document.body.append(frame);

@@ -57,6 +57,39 @@ TEST_F(RoundTripTest, AnExportAsBlobComesBackWithWhatWasDrawn)
     EXPECT_EQ(pixelsOf(exported[0]), picture);
 }
 
+TEST_F(RoundTripTest, AStrictPageGetsAndGivesAsAnyOther)
+{
+    // What the page itself may load is no matter of ours, and the other way round.
+    serve(R"(
+        const policy = document.createElement('meta');
+        policy.httpEquiv = 'Content-Security-Policy';
+        policy.content = "default-src 'none'; script-src 'unsafe-inline'; connect-src 'self'";
+        document.head.append(policy);
+        addEventListener('message', event => {
+            if (event.data.type !== 'hello') return;
+            fetch('data:,x').then(() => report('not strict'), () => report('strict'));
+            postMessage({ type: 'image', data: event.data.src }, '*');
+        });
+        postMessage({ type: 'loaded' }, '*');)");
+    const QImage picture = noise({1200, 900});
+    present(picture);
+    waitForExports(1);
+    EXPECT_EQ(pixelsOf(exported[0]), picture);
+    waitForReport(u"strict"_s);
+}
+
+TEST_F(RoundTripTest, AnExportThatIsNotAsciiIsNoPicture)
+{
+    const QString line = u"LumenFold: could not decode exported image from the editor."_s;
+    expectLogLine(line);
+    serve("postMessage({type: 'image', data: 'data:image/png;base64,' + '\u00e4'.repeat(3000000)}, '*');"
+          "report('posted');");
+    present(noise({8, 8}));
+    waitForReport(u"posted"_s);
+    EXPECT_TRUE(waitFor([&] { return logLines().contains(line); }, patience));
+    EXPECT_TRUE(window()->isVisible());
+}
+
 TEST_F(RoundTripTest, TheLoadedPageTakesTheNextPictureWithoutBeingLoadedAgain)
 {
     presentAndWait(noise({64, 48}), u"1"_s);

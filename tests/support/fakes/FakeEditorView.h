@@ -17,11 +17,18 @@ public:
         QString origin;
         std::function<void(QString)> done;
     };
+    /// A text that was asked for.
+    struct Fetch {
+        LongText text;
+        std::function<bool()> isWanted;
+        std::function<void(std::optional<QByteArrayList>)> done;
+    };
     /// Outlives the views, which come and go.
     struct Log {
         QList<EditorView::Options> made;
         QList<QUrl> loads;
         QList<Delivery> deliveries;
+        QList<Fetch> fetches;
         int stops = 0;
         /// The one that there is now.
         FakeEditorView *view = nullptr;
@@ -55,6 +62,11 @@ public:
     {
         m_log.deliveries.append({members, dataURL, origin, std::move(done)});
     }
+    void fetchText(const LongText &text, std::function<bool()> isWanted,
+                   std::function<void(std::optional<QByteArrayList>)> done) override
+    {
+        m_log.fetches.append({text, std::move(isWanted), std::move(done)});
+    }
 
     [[nodiscard]] EditorViewClient &client() const { return m_client; }
 
@@ -65,24 +77,32 @@ public:
         document = QStringLiteral("document %1").arg(++m_documents);
         m_client.documentCreated();
     }
-    /// What our script in the page sends for a message. True if it was taken to its end.
+    /// What our script in the page sends for a message that is short or no text. False, because nothing of it is
+    /// fetched.
     bool post(const QString &name, const std::optional<QString> &text, const QString &origin) // NOLINT
     {
         const QJsonValue body = text ? QJsonValue(*text) : QJsonValue();
-        return m_client.messagePieceReceived({{QStringLiteral("document"), document},
-                                              {QStringLiteral("message"), m_messages++},
-                                              {QStringLiteral("index"), 0},
-                                              {QStringLiteral("length"), text ? text->size() : 0},
-                                              {QStringLiteral("name"), name},
-                                              {QStringLiteral("origin"), origin},
-                                              {QStringLiteral("text"), body},
-                                              {QStringLiteral("last"), true}});
+        return m_client.messageReceived(message(name, text.has_value(), text ? text->size() : 0, body, origin));
+    }
+    /// The same for a text that is too long to be sent with it. True if the page is to wait until it is fetched.
+    bool announce(const QString &name, qsizetype length, const QString &origin) // NOLINT
+    {
+        return m_client.messageReceived(message(name, true, length, {}, origin));
     }
 
     QUrl shown;
     QString document;
 
 private:
+    [[nodiscard]] QJsonObject message(const QString &name, bool isText, qsizetype length, const QJsonValue &text,
+                                      const QString &origin)
+    {
+        return {{QStringLiteral("document"), document}, {QStringLiteral("message"), m_messages++},
+                {QStringLiteral("length"), length},     {QStringLiteral("name"), name},
+                {QStringLiteral("origin"), origin},     {QStringLiteral("isText"), isText},
+                {QStringLiteral("text"), text}};
+    }
+
     Log &m_log;
     EditorViewClient &m_client;
     QPointer<QWidget> m_widget;

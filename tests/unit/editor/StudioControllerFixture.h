@@ -27,7 +27,7 @@ protected:
     Image presentAndLoad(int width, const QString &id);
     /// The page says that it is ready.
     void sayLoaded();
-    bool exportImage(const QString &text);
+    void exportImage(const QString &text);
     void waitForLoads(int count);
     void closeWindow();
     [[nodiscard]] StudioWindow *window() const { return controller->window(); }

@@ -96,7 +96,7 @@ TEST_F(StudioControllerTest, AnExportHidesTheWindowAndHandsThePictureBack)
     presentAndLoad(4, u"1"_s);
     sayLoaded();
     const Image edited = picture(9);
-    EXPECT_TRUE(exportImage(dataURLOf(edited)));
+    exportImage(dataURLOf(edited));
     ASSERT_TRUE(waitFor([&] { return !exported.empty(); }));
     EXPECT_EQ(exported[0].pngData(), edited.pngData());
     EXPECT_FALSE(window()->isVisible());
@@ -106,6 +106,55 @@ TEST_F(StudioControllerTest, AnExportHidesTheWindowAndHandsThePictureBack)
     EXPECT_TRUE(window()->isVisible());
     EXPECT_TRUE(isDelivered(second, 1));
     EXPECT_EQ(page.loads.size(), 1);
+}
+
+TEST_F(StudioControllerTest, ALongExportIsFetched)
+{
+    presentAndLoad(4, u"1"_s);
+    sayLoaded();
+    const QByteArray text = dataURLOf(picture(9)).toLatin1();
+    EXPECT_TRUE(view().announce(u"lumenfoldImage"_s, text.size(), origin));
+    ASSERT_EQ(page.fetches.size(), 1);
+    EXPECT_EQ(page.fetches[0].text.document, view().document);
+    EXPECT_EQ(page.fetches[0].text.length, text.size());
+    EXPECT_TRUE(page.fetches[0].isWanted());
+    page.fetches[0].done(QByteArrayList{text.first(30), text.sliced(30, 1), text.sliced(31)});
+    ASSERT_TRUE(waitFor([&] { return !exported.empty(); }));
+    EXPECT_EQ(exported[0].pngData(), picture(9).pngData());
+}
+
+TEST_F(StudioControllerTest, ALongExportThatIsNotToBeHadAnyMoreIsNone)
+{
+    presentAndLoad(4, u"1"_s);
+    EXPECT_TRUE(view().announce(u"lumenfoldImage"_s, 1'000'000, origin));
+    page.fetches[0].done(std::nullopt);
+    EXPECT_TRUE(staysTrue([&] { return exported.empty() && window()->isVisible(); }, 50ms));
+}
+
+TEST_F(StudioControllerTest, NothingIsFetchedFromElsewhere)
+{
+    expectLogLine(ignored);
+    presentAndLoad(4, u"1"_s);
+    EXPECT_FALSE(view().announce(u"lumenfoldImage"_s, 1'000'000, u"https://evil.example"_s));
+    EXPECT_TRUE(page.fetches.isEmpty());
+    // And no more of what began on the editor's own page.
+    EXPECT_TRUE(view().announce(u"lumenfoldImage"_s, 1'000'000, origin));
+    view().shown = QUrl(u"https://evil.example/"_s);
+    EXPECT_FALSE(page.fetches[0].isWanted());
+}
+
+TEST_F(StudioControllerTest, NothingIsFetchedThatNobodyTakes)
+{
+    presentAndLoad(4, u"1"_s);
+    EXPECT_FALSE(view().announce(u"lumenfoldImage"_s, qsizetype{200} * 1024 * 1024, origin));
+    // That one is heard whatever it holds.
+    EXPECT_FALSE(view().announce(u"lumenfoldLoaded"_s, 1'000'000, origin));
+    EXPECT_THAT(page.deliveries, SizeIs(1));
+    // When the window is gone from the screen.
+    exportImage(dataURLOf(picture(9)));
+    ASSERT_TRUE(waitFor([&] { return !exported.empty(); }));
+    EXPECT_FALSE(view().announce(u"lumenfoldImage"_s, 1'000'000, origin));
+    EXPECT_TRUE(page.fetches.isEmpty());
 }
 
 TEST_F(StudioControllerTest, AnExportWithoutACommaDoesNothingAndSaysNothing)
@@ -128,7 +177,7 @@ TEST_F(StudioControllerTest, AnExportThatIsNoPictureLeavesTheWindowOpen)
     ASSERT_TRUE(waitFor([&] { return logLines().count(line) == 2; }));
     EXPECT_TRUE(window()->isVisible());
     EXPECT_TRUE(exported.empty());
-    EXPECT_TRUE(view().post(u"lumenfoldImage"_s, std::nullopt, origin));
+    EXPECT_FALSE(view().post(u"lumenfoldImage"_s, std::nullopt, origin));
     EXPECT_TRUE(exported.empty());
 }
 
@@ -144,6 +193,17 @@ TEST_F(StudioControllerTest, APageThatExportsInALoopMakesOneCardForEachTimeItIsS
         exportImage(dataURLOf(picture(9)));
     }
     EXPECT_TRUE(staysTrue([&] { return exported.size() == 1; }, 50ms));
+}
+
+TEST_F(StudioControllerTest, AnExportRightBehindOneThatIsNoPictureCounts)
+{
+    expectLogLine(u"LumenFold: could not decode exported image from the editor."_s);
+    presentAndLoad(4, u"1"_s);
+    exportImage(u"data:image/png;base64,QUJD"_s);
+    exportImage(u"no picture either"_s);
+    exportImage(dataURLOf(picture(9)));
+    ASSERT_TRUE(waitFor([&] { return !exported.empty(); }));
+    EXPECT_EQ(exported[0].pngData(), picture(9).pngData());
 }
 
 TEST_F(StudioControllerTest, APictureThatWasExportedBeforeTheWindowClosedIsNotLost)
@@ -222,9 +282,10 @@ TEST_F(StudioControllerTest, AHandOverThatFailsIsInTheLog)
 TEST_F(StudioControllerTest, AMessageWithAnUnknownNameDoesNothing)
 {
     presentAndLoad(4, u"1"_s);
-    EXPECT_TRUE(view().post(u"other"_s, dataURLOf(picture(3)), origin));
+    EXPECT_FALSE(view().post(u"other"_s, dataURLOf(picture(3)), origin));
     EXPECT_TRUE(page.deliveries.isEmpty());
-    EXPECT_FALSE(static_cast<EditorViewClient &>(view().client()).messagePieceReceived({}));
+    EXPECT_FALSE(view().announce(u"other"_s, 1'000'000, origin));
+    EXPECT_FALSE(static_cast<EditorViewClient &>(view().client()).messageReceived({}));
 }
 
 TEST_F(StudioControllerTest, TheWindowIsHiddenForACaptureAndComesBack)
