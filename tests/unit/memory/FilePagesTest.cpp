@@ -1,0 +1,95 @@
+#include "platform/memory/FilePages.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <numeric>
+
+namespace lumenfold::test {
+namespace {
+
+/// A file that is mapped as a library is: shared with the system's own copy until it is written to.
+class MappedFile {
+public:
+    explicit MappedFile(const QString &path) : m_file(path)
+    {
+        const QByteArray contents(bytes, 'x');
+        if (m_file.open(QIODevice::ReadWrite) && m_file.write(contents) == bytes && m_file.flush() &&
+            ::fsync(m_file.handle()) == 0) {
+            void *const mapped = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE, m_file.handle(), 0);
+            m_memory = mapped == MAP_FAILED ? nullptr : static_cast<char *>(mapped);
+        }
+    }
+    MappedFile(const MappedFile &) = delete;
+    MappedFile &operator=(const MappedFile &) = delete;
+    ~MappedFile() { ::munmap(m_memory, bytes); }
+
+    [[nodiscard]] char *memory() { return m_memory; }
+    [[nodiscard]] long read() const { return std::accumulate(m_memory, m_memory + bytes, 0L); }
+    /// What of it is in the program's memory, in KiB.
+    [[nodiscard]] long resident() const
+    {
+        QFile maps(QStringLiteral("/proc/self/smaps"));
+        if (!maps.open(QIODevice::ReadOnly)) {
+            return -1;
+        }
+        const QByteArray all = maps.readAll();
+        long figure = -1;
+        const qsizetype mapping = all.indexOf(m_file.fileName().toLocal8Bit());
+        const qsizetype line = all.indexOf("Rss:", mapping);
+        return mapping >= 0 && std::sscanf(all.constData() + line, "Rss: %ld", &figure) == 1 ? figure : -1;
+    }
+
+    static constexpr qsizetype bytes = qsizetype{256} * 1024;
+    static constexpr long kibibytes = bytes / 1024;
+
+private:
+    QFile m_file;
+    char *m_memory = nullptr;
+};
+
+class FilePagesTest : public ::testing::Test {
+protected:
+    QTemporaryDir folder;
+    MappedFile given{folder.filePath(QStringLiteral("given.so"))};
+    MappedFile kept{folder.filePath(QStringLiteral("kept.so"))};
+};
+
+TEST_F(FilePagesTest, TheMemoryOfTheFilesThatAreNamedGoesBack)
+{
+    ASSERT_NE(given.memory(), nullptr);
+    ASSERT_NE(kept.memory(), nullptr);
+    const long contents = given.read();
+    EXPECT_EQ(kept.read(), contents);
+    EXPECT_EQ(given.resident(), MappedFile::kibibytes);
+    giveBackFilePages("given");
+    EXPECT_LT(given.resident(), MappedFile::kibibytes / 4);
+    EXPECT_EQ(kept.resident(), MappedFile::kibibytes);
+    // And is read anew when it is needed.
+    EXPECT_EQ(given.read(), contents);
+}
+
+TEST_F(FilePagesTest, WhatTheProgramHasChangedStays)
+{
+    ASSERT_NE(given.memory(), nullptr);
+    given.memory()[5] = 'y';
+    giveBackFilePages("given");
+    EXPECT_EQ(given.memory()[5], 'y');
+}
+
+TEST_F(FilePagesTest, AFileThatIsNotMappedChangesNothing)
+{
+    ASSERT_NE(kept.memory(), nullptr);
+    (void)kept.read();
+    giveBackFilePages("no such file is mapped");
+    EXPECT_EQ(kept.resident(), MappedFile::kibibytes);
+}
+
+} // namespace
+} // namespace lumenfold::test
