@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/panels/CompositorWatch.h"
+#include "platform/panels/PaintingTurns.h"
 #include "platform/panels/PanelKeyboard.h"
 #include "platform/panels/PanelMotion.h"
 #include "platform/panels/PanelOrder.h"
@@ -55,6 +56,7 @@ public:
     [[nodiscard]] Translucency translucency() const;
     [[nodiscard]] const ScreenSpace &space() const { return m_screens.space(); }
     [[nodiscard]] PanelServer &server() { return m_server; }
+    [[nodiscard]] PaintingTurns &paintingTurns() { return m_paintingTurns; }
     [[nodiscard]] PanelKeyboard &keyboard() { return m_keyboard; }
 
 private:
@@ -70,6 +72,7 @@ private:
     const X11Screens &m_screens;
     std::function<void(std::uint32_t)> m_onLeftWithoutTrace;
     PanelServer m_server;
+    PaintingTurns m_paintingTurns;
     PanelKeyboard m_keyboard;
     CompositorWatch m_compositor;
     PanelStackKeeper m_keeper;

@@ -1,11 +1,14 @@
 #include "platform/panels/PanelWindow.h"
 
+#include "platform/panels/PaintingTurns.h"
 #include "platform/panels/PanelContentShape.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QKeyEvent>
+#include <QMoveEvent>
 #include <QTimer>
 #include <QTransform>
 #include <QWindow>
@@ -36,8 +39,8 @@ QAccessibleInterface *accessibleWindow(const QString &, QObject *object)
 
 } // namespace
 
-PanelWindow::PanelWindow(const PanelOptions &options)
-    : QWidget(nullptr, flagsFor(options.keyPolicy)), m_transparentMargin(options.transparentMargin)
+PanelWindow::PanelWindow(const PanelOptions &options, PaintingTurns &turns)
+    : QWidget(nullptr, flagsFor(options.keyPolicy)), m_turns(turns), m_transparentMargin(options.transparentMargin)
 {
     [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(accessibleWindow), true);
     setAttribute(Qt::WA_TranslucentBackground);
@@ -50,6 +53,7 @@ PanelWindow::PanelWindow(const PanelOptions &options)
     if (QWindow *handle = windowHandle()) {
         handle->setSurfaceType(QSurface::RasterSurface);
     }
+    takeOverNativeWindow();
 }
 
 void PanelWindow::setContent(std::unique_ptr<QWidget> view)
@@ -123,12 +127,64 @@ void PanelWindow::startPainting()
     setUpdatesEnabled(true);
 }
 
+void PanelWindow::takeOverNativeWindow()
+{
+    QWindow *handle = windowHandle();
+    if (handle == nullptr) {
+        return;
+    }
+    // As long as a native window is new, the toolkit takes it to have no frame. It keeps what it learns then, and asks
+    // the server no more.
+    handle->removeEventFilter(this);
+    QMoveEvent here(handle->position(), handle->position());
+    QCoreApplication::sendEvent(handle, &here);
+    handle->installEventFilter(this);
+}
+
+bool PanelWindow::nativeWindowEvent(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Move:
+    case QEvent::Resize:
+        // The toolkit would ask the server each time, and wait for it three times, how wide the frame is that a window
+        // manager has put around the window; and it would paint a window that was resized at once, however many wait.
+        m_isPaintingDue = m_isPaintingDue || size() != windowHandle()->size();
+        setGeometry(windowHandle()->geometry());
+        return true;
+    case QEvent::Expose:
+        if (!m_isPaintingDue || !windowHandle()->isExposed() || !updatesEnabled()) {
+            return false;
+        }
+        // All of it is painted when its turn comes. The toolkit does not ask for that again when it was asked before
+        // the window was on the screen.
+        setAttribute(Qt::WA_Mapped);
+        update();
+        m_turns.paint(*this);
+        return true;
+    default:
+        return false;
+    }
+}
+
 bool PanelWindow::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == windowHandle()) {
+        return nativeWindowEvent(event);
+    }
     if (event->type() == QEvent::MouseButtonPress) {
         startPainting();
     }
     return QWidget::eventFilter(watched, event);
+}
+
+void PanelWindow::paintNow()
+{
+    // What is not on the screen yet is not painted.
+    m_isPaintingDue = m_isPaintingDue && !testAttribute(Qt::WA_Mapped);
+    m_isItsTurn = true;
+    QEvent request(QEvent::UpdateRequest);
+    QCoreApplication::sendEvent(this, &request);
+    m_isItsTurn = false;
 }
 
 void PanelWindow::replaceNativeWindow()
@@ -144,13 +200,24 @@ void PanelWindow::replaceNativeWindow()
 bool PanelWindow::event(QEvent *event)
 {
     if (event->type() == QEvent::UpdateRequest) {
+        if (!m_isItsTurn) {
+            m_turns.paint(*this);
+            return true;
+        }
         Q_EMIT aboutToPaint();
     }
     const bool handled = QWidget::event(event);
     if (event->type() == QEvent::WinIdChange) {
+        takeOverNativeWindow();
         Q_EMIT nativeWindowChanged();
     }
     return handled;
+}
+
+void PanelWindow::showEvent(QShowEvent *event)
+{
+    m_isPaintingDue = true;
+    QWidget::showEvent(event);
 }
 
 void PanelWindow::resizeEvent(QResizeEvent *event)

@@ -11,13 +11,16 @@
 
 namespace lumenfold {
 
+class PaintingTurns;
+
 /// The toolkit's side of a panel: an override-redirect, translucent raster window that its content view fills. It says
 /// when something happens to its native window; what is done about it is the panel's affair.
 class PanelWindow : public QWidget {
     Q_OBJECT
 
 public:
-    explicit PanelWindow(const PanelOptions &options);
+    /// `turns` outlives the window.
+    PanelWindow(const PanelOptions &options, PaintingTurns &turns);
 
     void setContent(std::unique_ptr<QWidget> view);
 
@@ -36,6 +39,9 @@ public:
     /// screen, or when somebody presses a button on the content.
     void showBeforePainting();
 
+    /// Paints what is to be painted. For those who hold the turns.
+    void paintNow();
+
     /// Makes the native window anew after somebody destroyed it.
     void replaceNativeWindow();
 
@@ -50,13 +56,20 @@ Q_SIGNALS:
 protected:
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void startPainting();
+    void takeOverNativeWindow();
+    bool nativeWindowEvent(QEvent *event);
 
+    PaintingTurns &m_turns;
+    bool m_isItsTurn = false;
+    /// Of all of it, because it is being shown or has another size.
+    bool m_isPaintingDue = false;
     double m_transparentMargin;
     QPointer<QWidget> m_content;
 };

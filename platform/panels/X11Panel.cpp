@@ -25,7 +25,10 @@ double scaleAt(const ScreenSpace &space, const Rect &frame)
 } // namespace
 
 X11Panel::X11Panel(PanelStage &stage, PanelOptions options, const Rect &frame)
-    : m_stage(stage), m_options(std::move(options)), m_motion(frame), m_window(std::make_unique<PanelWindow>(m_options))
+    : m_stage(stage)
+    , m_options(std::move(options))
+    , m_motion(frame)
+    , m_window(std::make_unique<PanelWindow>(m_options, m_stage.paintingTurns()))
 {
     connect(m_window.get(), &PanelWindow::nativeWindowChanged, this, &X11Panel::nativeWindowChanged);
     connect(m_window.get(), &PanelWindow::aboutToPaint, this, &X11Panel::syncShape);
