@@ -226,7 +226,7 @@ void PreviewWindowController::presentStackCards(const std::vector<CardPointer> &
 void PreviewWindowController::placeStackCards(const std::vector<CardPointer> &added)
 {
     const std::vector<CardPointer> stack = stackCards();
-    const std::vector<StackTarget> targets = currentTargets(stack);
+    const std::vector<StackTarget> targets = currentTargets();
     // What was added at once stands together.
     const auto first = static_cast<std::size_t>(std::ranges::find(stack, added.front()) - stack.begin());
     for (std::size_t index = first; index < first + added.size(); ++index) {

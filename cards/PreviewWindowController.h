@@ -96,7 +96,8 @@ public:
     /// Writes the list of cards to the store.
     void persistManifest();
     /// Brings the cards of the last dismissal back, with their ids, images and, if pinned, frames; false when there is
-    /// nothing to bring back. Of many cards those that will be seen come at once, the others little by little.
+    /// nothing to bring back. Of many cards the newest come at once and the others little by little, first those that
+    /// will be seen; each has its place in the column from the beginning.
     bool restoreLastDismissed();
 
     /// Collapses an expanded column that has cards; expands a collapsed one.
@@ -134,7 +135,7 @@ private:
 
     /// Cards of one kind that follow each other in the order and are still to be made again, and where they belong.
     struct Restoring {
-        /// The oldest first, which is made next. Those without an image have it in the store.
+        /// The oldest first. Those without an image have it in the store.
         UndoStack::Group remaining;
         /// They stand before m_cards[position].
         std::size_t position = 0;
@@ -160,9 +161,13 @@ private:
     /// Fills in images that are in the store; false when there is none.
     [[nodiscard]] bool load(DismissedCard &card) const;
     [[nodiscard]] CardPointer makeAgain(const DismissedCard &card);
-    /// Pinned cards first: they are seen.
+    /// Pinned cards first: they are seen. Then the newest of the column.
     [[nodiscard]] std::vector<Restoring>::iterator nextRun();
-    std::vector<CardPointer> makeOldestAgain(std::size_t count);
+    /// Whether the card that is made next will be seen at once.
+    [[nodiscard]] bool isNextSeen();
+    /// Of the next run: the oldest of pinned cards, which end beneath the others; the newest of the column, whose
+    /// frontmost card there is then from the beginning.
+    std::vector<CardPointer> makeSomeAgain(std::size_t count);
     void placeMadeAgain(const std::vector<CardPointer> &made);
     void restoreSome();
     void forgetEmptyRuns();
@@ -171,8 +176,10 @@ private:
     void forEachCard(const std::function<void(const CardPointer &)> &shown,
                      const std::function<void(const DismissedCard &)> &awaited) const;
 
-    [[nodiscard]] std::vector<StackTarget> currentTargets(const std::vector<CardPointer> &stack) const;
-    [[nodiscard]] StackState stackState(std::size_t count) const;
+    /// One for each card of the column that is shown. Those that are still to be made again have their places, too.
+    [[nodiscard]] std::vector<StackTarget> currentTargets() const;
+    /// Of the column with the cards that are still to be made again.
+    [[nodiscard]] StackState stackState() const;
     void layout();
     void sendToTarget(Card &card, const StackTarget &target);
     /// Sets the frame of the card's panel at once, as against the layout's sliding.

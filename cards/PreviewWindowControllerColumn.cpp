@@ -20,20 +20,35 @@ constexpr auto coveredPanelDelay = layoutDuration + 50ms;
 
 } // namespace
 
-std::vector<StackTarget> PreviewWindowController::currentTargets(const std::vector<CardPointer> &stack) const
+std::vector<StackTarget> PreviewWindowController::currentTargets() const
 {
-    return targetFrames(StackMetrics::current(m_with.screens, m_with.config), stackState(stack.size()));
+    const std::vector<StackTarget> all =
+        targetFrames(StackMetrics::current(m_with.screens, m_with.config), stackState());
+    std::vector<StackTarget> targets;
+    auto next = all.begin();
+    forEachCard(
+        [&](const CardPointer &card) {
+            if (card->variant == PreviewCardVariant::stack) {
+                targets.push_back(*next++);
+            }
+        },
+        [&](const DismissedCard &awaited) { next += awaited.variant == PreviewCardVariant::stack ? 1 : 0; });
+    return targets;
 }
 
-StackState PreviewWindowController::stackState(std::size_t count) const
+StackState PreviewWindowController::stackState() const
 {
-    return {.count = static_cast<int>(count), .isCollapsed = m_isCollapsed, .isDeckRevealed = m_isDeckRevealed};
+    StackState state{.isCollapsed = m_isCollapsed, .isDeckRevealed = m_isDeckRevealed};
+    forEachCard(
+        [&](const CardPointer &card) { state.count += card->variant == PreviewCardVariant::stack ? 1 : 0; },
+        [&](const DismissedCard &awaited) { state.count += awaited.variant == PreviewCardVariant::stack ? 1 : 0; });
+    return state;
 }
 
 void PreviewWindowController::layout()
 {
     const std::vector<CardPointer> stack = stackCards();
-    const std::vector<StackTarget> targets = currentTargets(stack);
+    const std::vector<StackTarget> targets = currentTargets();
     std::vector<Panel *> seen;
     bool anyCovered = false;
     for (std::size_t index = 0; index < stack.size(); ++index) {
@@ -153,12 +168,12 @@ void PreviewWindowController::teardownColumnTracking()
 
 void PreviewWindowController::positionPills()
 {
-    m_pills.position(StackMetrics::current(m_with.screens, m_with.config), stackState(stackCards().size()));
+    m_pills.position(StackMetrics::current(m_with.screens, m_with.config), stackState());
 }
 
 void PreviewWindowController::bringPillsToFront()
 {
-    m_pills.bringToFront(stackState(stackCards().size()));
+    m_pills.bringToFront(stackState());
 }
 
 } // namespace lumenfold

@@ -64,10 +64,10 @@ void PreviewWindowController::dismiss(const CardPointer &card, DismissMotion mot
 
 void PreviewWindowController::clearAll()
 {
-    const std::vector<CardPointer> stack = stackCards();
-    if (stack.size() < 2) {
+    if (stackState().count < 2) {
         return;
     }
+    const std::vector<CardPointer> stack = stackCards();
     UndoStack::Group group;
     forEachCard(
         [&](const CardPointer &card) {
@@ -86,7 +86,9 @@ void PreviewWindowController::clearAll()
             m_with.store->deleteImage(dismissed.screenshotId);
         }
     }
-    m_undo.push(std::move(group));
+    if (!group.empty()) {
+        m_undo.push(std::move(group));
+    }
 
     for (const CardPointer &card : stack) {
         remove(card);
@@ -95,6 +97,7 @@ void PreviewWindowController::clearAll()
         std::erase_if(restoring.remaining,
                       [](const DismissedCard &awaited) { return awaited.variant == PreviewCardVariant::stack; });
     }
+    forgetEmptyRuns();
     std::vector<std::shared_ptr<void>> unseen;
     for (const CardPointer &card : stack) {
         if (card->panel->isVisible()) {

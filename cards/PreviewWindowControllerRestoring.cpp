@@ -1,5 +1,5 @@
-/// How many cards come back together, from the last run or from a removal that is undone: those that will be seen at
-/// once, the others a few in each turn of the event loop.
+/// How many cards come back together, from the last run or from a removal that is undone: a few in each turn of the
+/// event loop, those that will be seen first.
 #include "cards/PreviewWindowController.h"
 
 #include "app/configuration/AppConfig.h"
@@ -19,8 +19,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Making one card's panel takes a millisecond or two.
+/// Making one card's panel takes a millisecond or two, and showing it three or four more.
 constexpr std::size_t restoredPerTurn = 4;
+constexpr std::size_t seenPerTurn = 2;
 /// Between two turns, so that the event loop gets to everything else.
 constexpr auto restoringPause = 5ms;
 /// Cards that nobody sees wait until the others have been painted and have faded in.
@@ -104,15 +105,8 @@ void PreviewWindowController::bringBack(UndoStack::Group group)
             m_with.store->saveEditorSourceImage(dismissed.editorSourceImage, dismissed.screenshotId);
         }
     }
-    const std::size_t unseen = group.size() - std::min(group.size(), mostCardsSeen());
-    const auto firstSeen = std::next(group.begin(), static_cast<std::ptrdiff_t>(unseen));
-    std::vector<CardPointer> seen;
-    std::transform(firstSeen, group.end(), std::back_inserter(seen),
-                   [this](const DismissedCard &dismissed) { return makeAgain(dismissed); });
-    group.erase(firstSeen, group.end());
     m_restoring.push_back({.remaining = std::move(group), .position = m_cards.size()});
-    m_cards.insert(m_cards.end(), seen.begin(), seen.end());
-    presentStackCards(seen);
+    presentStackCards(makeSomeAgain(seenPerTurn));
     scheduleNextRestored();
     persistManifest();
 }
@@ -152,24 +146,40 @@ std::vector<PreviewWindowController::Restoring>::iterator PreviewWindowControlle
 {
     const auto pinned =
         std::ranges::find_if(m_restoring, [](const Restoring &run) { return !isStackCard(run.remaining.front()); });
-    return pinned == m_restoring.end() ? m_restoring.begin() : pinned;
+    return pinned == m_restoring.end() ? std::prev(m_restoring.end()) : pinned;
 }
 
-std::vector<PreviewWindowController::CardPointer> PreviewWindowController::makeOldestAgain(std::size_t count)
+bool PreviewWindowController::isNextSeen()
+{
+    const auto run = nextRun();
+    if (!isStackCard(run->remaining.front())) {
+        return true;
+    }
+    const auto firstNewer = std::next(m_cards.begin(), static_cast<std::ptrdiff_t>(run->position));
+    const auto newer = std::count_if(
+        firstNewer, m_cards.end(), [](const CardPointer &card) { return card->variant == PreviewCardVariant::stack; });
+    return static_cast<std::size_t>(newer) < mostCardsSeen();
+}
+
+std::vector<PreviewWindowController::CardPointer> PreviewWindowController::makeSomeAgain(std::size_t count)
 {
     const auto run = nextRun();
     UndoStack::Group &remaining = run->remaining;
+    const bool areStackCards = isStackCard(remaining.front());
+    const std::size_t taken = std::min(count, remaining.size());
+    const auto first =
+        areStackCards ? std::prev(remaining.end(), static_cast<std::ptrdiff_t>(taken)) : remaining.begin();
+    const auto last = std::next(first, static_cast<std::ptrdiff_t>(taken));
     std::vector<CardPointer> made;
-    auto next = remaining.begin();
-    for (; next != remaining.end() && count > 0; ++next, --count) {
+    for (auto next = first; next != last; ++next) {
         if (load(*next)) {
             made.push_back(makeAgain(*next));
         }
     }
-    remaining.erase(remaining.begin(), next);
+    remaining.erase(first, last);
     m_cards.insert(std::next(m_cards.begin(), static_cast<std::ptrdiff_t>(run->position)), made.begin(), made.end());
-    for (auto sameOrLater = run; sameOrLater != m_restoring.end(); ++sameOrLater) {
-        sameOrLater->position += made.size();
+    for (auto other = areStackCards ? std::next(run) : run; other != m_restoring.end(); ++other) {
+        other->position += made.size();
     }
     return made;
 }
@@ -200,8 +210,13 @@ void PreviewWindowController::placeMadeAgain(const std::vector<CardPointer> &mad
 
 void PreviewWindowController::restoreSome()
 {
-    placeMadeAgain(makeOldestAgain(restoredPerTurn));
+    const int before = stackState().count;
+    placeMadeAgain(makeSomeAgain(isNextSeen() ? seenPerTurn : restoredPerTurn));
     forgetEmptyRuns();
+    if (stackState().count != before) {
+        // Some could not be read, and the others had left room for them.
+        layout();
+    }
 }
 
 void PreviewWindowController::forgetEmptyRuns()
@@ -222,8 +237,7 @@ void PreviewWindowController::scheduleNextRestored()
     if (m_nextRestored) {
         return;
     }
-    const bool isSeen = !isStackCard(nextRun()->remaining.front());
-    const auto pause = isSeen || std::exchange(m_haveUnseenWaited, true) ? restoringPause : unseenDelay;
+    const auto pause = isNextSeen() || std::exchange(m_haveUnseenWaited, true) ? restoringPause : unseenDelay;
     m_nextRestored = m_with.queue.after(pause, [self = QPointer(this)] {
         if (!self) {
             return;

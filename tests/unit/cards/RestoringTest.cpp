@@ -158,6 +158,23 @@ TEST_F(RestoringTest, clearingTheColumnTakesAlsoWhatIsStillToCome)
     EXPECT_TRUE(store.images.contains(u"1"_s));
 }
 
+TEST_F(RestoringTest, theOthersCloseUpWhenThoseToComeCannotBeRead)
+{
+    store.manifest.resize(12);
+    const QStringList expected = {u"10"_s, u"p10"_s, u"11"_s};
+    controller->restore();
+    for (int number = 5; number <= 9; ++number) {
+        model(QString::number(number)).onDismiss();
+    }
+    for (int number = 1; number <= 4; ++number) {
+        store.images.remove(QString::number(number));
+    }
+    settle();
+    EXPECT_EQ(ids(), expected);
+    EXPECT_THAT(panel(u"10"_s).frame(), RectNear(slotFrame(0)));
+    EXPECT_THAT(panel(u"11"_s).frame(), RectNear(slotFrame(1)));
+}
+
 TEST_F(RestoringTest, aCaptureMeanwhileHidesThoseThatComeDuringIt)
 {
     controller->restore();
