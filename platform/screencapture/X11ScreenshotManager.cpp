@@ -24,8 +24,6 @@ using namespace Qt::StringLiterals;
 
 /// How far beyond a window's edges a compositing manager's shadow may reach, in pixels. Their defaults stay below 30.
 constexpr int shadowReach = 48;
-/// More windows than anybody has open; a bound, because the list is another program's.
-constexpr std::uint32_t maxClients = 4096;
 
 PlatformError captureError(CaptureErrorCode code, const QString &description)
 {

@@ -8,8 +8,6 @@
 namespace lumenfold {
 namespace {
 
-/// More windows than anybody has open; a bound, because the list is another program's.
-constexpr std::uint32_t maxClients = 4096;
 constexpr std::uint32_t maxWorkspaces = 256;
 constexpr std::uint32_t maxWindowTypes = 16;
 constexpr std::uint32_t strutItems = 12;

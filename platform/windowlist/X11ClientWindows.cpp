@@ -14,7 +14,6 @@ namespace lumenfold::x11 {
 namespace {
 
 /// Bounds for lists that other programs write.
-constexpr std::uint32_t maxClients = 4096;
 constexpr std::uint32_t maxStates = 64;
 constexpr std::uint32_t maxTypes = 16;
 

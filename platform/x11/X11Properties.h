@@ -15,6 +15,9 @@ namespace lumenfold::x11 {
 ///
 /// Ask for many windows at once with `requestProperty` and read the answers afterwards: one round trip for all.
 
+/// More windows than anybody has open: the most that is read of a list of them.
+inline constexpr std::uint32_t maxClients = 4096;
+
 /// Asks for at most `maxItems` 32-bit units.
 [[nodiscard]] xcb_get_property_cookie_t requestProperty(const X11Connection &connection, xcb_window_t window,
                                                         xcb_atom_t property, xcb_atom_t type, std::uint32_t maxItems);

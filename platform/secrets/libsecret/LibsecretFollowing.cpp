@@ -1,12 +1,6 @@
 #include "platform/secrets/libsecret/LibsecretKeyring.h"
 
 namespace lumenfold {
-namespace {
-
-constexpr const char *busName = "org.freedesktop.secrets";
-constexpr const char *servicePath = "/org/freedesktop/secrets";
-
-} // namespace
 
 /// What the callbacks of one `follow` share.
 struct LibsecretKeyring::Following {

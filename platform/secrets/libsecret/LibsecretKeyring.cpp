@@ -8,8 +8,6 @@
 namespace lumenfold {
 namespace {
 
-constexpr const char *busName = "org.freedesktop.secrets";
-constexpr const char *servicePath = "/org/freedesktop/secrets";
 constexpr const char *collectionInterface = "org.freedesktop.Secret.Collection";
 /// As secrets are shown in the desktop's own list of them.
 constexpr const char *itemLabel = "LumenFold";

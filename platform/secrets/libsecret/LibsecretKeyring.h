@@ -23,6 +23,9 @@ public:
     void cancel() override;
 
 private:
+    static constexpr const char *busName = "org.freedesktop.secrets";
+    static constexpr const char *servicePath = "/org/freedesktop/secrets";
+
     struct Paths {
         glib::Strings unlocked;
         glib::Strings locked;

@@ -8,6 +8,7 @@
 #include "tests/support/fakes/FakeScreenshotManager.h"
 #include "tests/support/fakes/FakeWindowList.h"
 #include "tests/support/unit/LogWatch.h"
+#include "tests/unit/capture/Processes.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -25,10 +26,9 @@ using test::FakePanelFactory;
 using test::FakeScreens;
 using test::FakeScreenshotManager;
 using test::FakeWindowList;
+using test::otherPid;
+using test::ownPid;
 using ::testing::SizeIs;
-
-constexpr qint64 ownPid = 100;
-constexpr qint64 otherPid = 200;
 
 struct Ending {
     std::optional<Rect> rect;

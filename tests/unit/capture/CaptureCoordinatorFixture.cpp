@@ -2,6 +2,7 @@
 
 #include "capture/areaselection/AreaSelectionController.h"
 #include "cards/PreviewWindowController.h"
+#include "tests/unit/capture/Processes.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -10,8 +11,6 @@
 
 namespace lumenfold::test {
 namespace {
-
-constexpr qint64 ownPid = 100;
 
 void send(FakePanel &panel, QEvent::Type type, Point at)
 {

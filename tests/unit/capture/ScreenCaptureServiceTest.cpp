@@ -4,6 +4,7 @@
 #include "capture/ScreenCaptureError.h"
 #include "tests/support/fakes/FakeScreens.h"
 #include "tests/support/fakes/FakeScreenshotManager.h"
+#include "tests/unit/capture/Processes.h"
 
 #include <gtest/gtest.h>
 
@@ -14,8 +15,7 @@ namespace {
 
 using test::FakeScreens;
 using test::FakeScreenshotManager;
-
-constexpr qint64 ownPid = 100;
+using test::ownPid;
 
 struct Outcome {
     std::optional<Image> image;

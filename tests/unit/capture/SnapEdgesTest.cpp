@@ -1,6 +1,7 @@
 #include "capture/areaselection/SnapEdges.h"
 
 #include "tests/support/fakes/FakeWindowList.h"
+#include "tests/unit/capture/Processes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,10 +10,10 @@ namespace lumenfold {
 namespace {
 
 using test::FakeWindowList;
+using test::otherPid;
+using test::ownPid;
 using ::testing::ElementsAre;
 
-constexpr qint64 ownPid = 100;
-constexpr qint64 otherPid = 200;
 constexpr SnapEdgesOptions mainScreen{
     .screenFrame = {0, 0, 1440, 900}, .mainScreenHeight = 900, .ownProcessID = ownPid};
 

@@ -11,7 +11,7 @@
 namespace lumenfold::test {
 namespace {
 
-constexpr std::uint32_t escape = 53;
+constexpr std::uint32_t escapeKey = 53;
 constexpr Rect plainFrame{0, 0, 1440, 900};
 
 void expectSize(Size actual, Size expected)
@@ -96,12 +96,12 @@ TEST_F(ImagePreviewTest, escapeClosesAndAFurtherEscapeIsTheApplications)
 {
     controller->present(picture());
     controller->present(picture());
-    EXPECT_EQ(taps.press(escape), TapDisposition::swallow);
+    EXPECT_EQ(taps.press(escapeKey), TapDisposition::swallow);
     queue.runPosted();
     EXPECT_TRUE(panels.panels().empty());
     EXPECT_TRUE(hotKeys.registered().empty());
 
-    EXPECT_EQ(taps.press(escape), TapDisposition::passOn);
+    EXPECT_EQ(taps.press(escapeKey), TapDisposition::passOn);
 }
 
 TEST_F(ImagePreviewTest, otherKeysPass)

@@ -8,6 +8,9 @@
 
 namespace lumenfold::test {
 
+/// Where the pointer is when a button goes down.
+inline constexpr Point pressed{300, 400};
+
 /// A mouse event for one view, as the toolkit delivers it to whoever has the pointer. `location` is where the pointer
 /// is on a screen of 900 points' height; the view may be somewhere else by now.
 inline bool sendMouse(QWidget &view, QEvent::Type type, QPointF place, Point location,

@@ -12,8 +12,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using ::testing::IsEmpty;
 
-constexpr Point pressed{300, 400};
-
 class PanOverlayTest : public ::testing::Test {
 protected:
     PanOverlayTest()

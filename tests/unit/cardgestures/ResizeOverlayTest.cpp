@@ -23,8 +23,6 @@ constexpr QPointF upperLeft{60, 60};
 constexpr QPointF lowerRight{344, 244};
 constexpr QPointF middle{200, 150};
 
-constexpr Point pressed{300, 400};
-
 class ResizeOverlayTest : public ::testing::Test {
 protected:
     ResizeOverlayTest()

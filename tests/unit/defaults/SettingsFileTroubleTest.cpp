@@ -6,8 +6,6 @@
 namespace lumenfold::test {
 namespace {
 
-const QString key = QStringLiteral("LumenFold.value");
-
 class SettingsFileTroubleTest : public SettingsTestFiles {
 protected:
     void expectTrouble(const QString &trouble, int times = 1) const

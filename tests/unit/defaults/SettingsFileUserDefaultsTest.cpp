@@ -11,8 +11,6 @@
 namespace lumenfold::test {
 namespace {
 
-const QString key = QStringLiteral("LumenFold.value");
-
 class SettingsFileUserDefaultsTest : public SettingsTestFiles {
 protected:
     /// The file holds this one setting, written as another program would.

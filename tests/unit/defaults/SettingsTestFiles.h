@@ -12,6 +12,8 @@
 
 namespace lumenfold::test {
 
+inline const QString key = QStringLiteral("LumenFold.value");
+
 /// A folder of its own for each test, and the settings file in it.
 class SettingsTestFiles : public ::testing::Test {
 protected:

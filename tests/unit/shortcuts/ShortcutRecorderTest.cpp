@@ -20,10 +20,10 @@ using Action = ShortcutStore::Action;
 using Meaning = RecordedKey::Meaning;
 
 constexpr std::uint32_t keyA = 0;
-constexpr std::uint32_t key1 = 18;
-constexpr std::uint32_t key3 = 20;
+constexpr std::uint32_t digit1 = 18;
+constexpr std::uint32_t digit3 = 20;
 constexpr std::uint32_t escape = 53;
-constexpr std::uint64_t optionCommand = keyFlags::option | keyFlags::command;
+constexpr std::uint64_t bothHeld = keyFlags::option | keyFlags::command;
 
 const QString before = QStringLiteral("⌥⌘2");
 const QString typing = QStringLiteral("Type shortcut…");
@@ -31,9 +31,9 @@ const QString permissionNeeded = QStringLiteral("Permission needed");
 
 TEST(RecordedKeyTest, ACombinationBecomesAShortcutWithTheLabelOfTheUnshiftedKey)
 {
-    EXPECT_EQ(RecordedKey::of({.keyCode = key3, .flags = optionCommand}).shortcut,
+    EXPECT_EQ(RecordedKey::of({.keyCode = digit3, .flags = bothHeld}).shortcut,
               (Shortcut{20, 0x0900, QStringLiteral("⌥⌘3")}));
-    EXPECT_EQ(RecordedKey::of({.keyCode = key1, .flags = keyFlags::shift}).shortcut,
+    EXPECT_EQ(RecordedKey::of({.keyCode = digit1, .flags = keyFlags::shift}).shortcut,
               (Shortcut{18, 0x0200, QStringLiteral("⇧1")}));
 }
 
@@ -47,7 +47,7 @@ TEST(RecordedKeyTest, WithoutAModifierItIsRefused)
 TEST(RecordedKeyTest, EscapeCancelsEvenWithModifiers)
 {
     EXPECT_EQ(RecordedKey::of({.keyCode = escape}).meaning, Meaning::cancel);
-    EXPECT_EQ(RecordedKey::of({.keyCode = escape, .flags = optionCommand}).meaning, Meaning::cancel);
+    EXPECT_EQ(RecordedKey::of({.keyCode = escape, .flags = bothHeld}).meaning, Meaning::cancel);
 }
 
 class ShortcutRecorderTest : public ::testing::Test {
@@ -92,7 +92,7 @@ TEST_F(ShortcutRecorderTest, AClickHoldsTheWholeKeyboardAndSuspendsHotkeys)
 TEST_F(ShortcutRecorderTest, ACombinationIsStoredAndRecordingEnds)
 {
     recorder->startRecording();
-    EXPECT_EQ(taps.press(key3, optionCommand), TapDisposition::swallow);
+    EXPECT_EQ(taps.press(digit3, bothHeld), TapDisposition::swallow);
     EXPECT_EQ(store.shortcut(Action::area), (Shortcut{20, 0x0900, QStringLiteral("⌥⌘3")}));
     EXPECT_EQ(recorder->title(), QStringLiteral("⌥⌘3"));
     EXPECT_FALSE(recorder->isRecording());
@@ -114,7 +114,7 @@ TEST_F(ShortcutRecorderTest, AKeyAloneBeepsAndRecordingGoesOn)
 
 TEST_F(ShortcutRecorderTest, EscapeBringsThePreviousTitleBack)
 {
-    for (const std::uint64_t flags : {std::uint64_t{0}, optionCommand}) {
+    for (const std::uint64_t flags : {std::uint64_t{0}, bothHeld}) {
         recorder->startRecording();
         EXPECT_EQ(taps.press(escape, flags), TapDisposition::swallow);
         EXPECT_EQ(recorder->title(), before);
@@ -145,9 +145,9 @@ TEST_F(ShortcutRecorderTest, ATapThatWasDisabledIsEnabledAgain)
 
 TEST_F(ShortcutRecorderTest, KeysThatReachTheButtonCountWhileItRecords)
 {
-    EXPECT_FALSE(recorder->keyDown({.keyCode = key3, .flags = optionCommand}));
+    EXPECT_FALSE(recorder->keyDown({.keyCode = digit3, .flags = bothHeld}));
     recorder->startRecording();
-    EXPECT_TRUE(recorder->keyDown({.keyCode = key1, .flags = keyFlags::shift}));
+    EXPECT_TRUE(recorder->keyDown({.keyCode = digit1, .flags = keyFlags::shift}));
     EXPECT_EQ(store.shortcut(Action::area).display, QStringLiteral("⇧1"));
 }
 

@@ -16,7 +16,7 @@
 namespace lumenfold::test {
 namespace {
 
-constexpr PixelSize bounds{120, 90};
+constexpr PixelSize cellSize{120, 90};
 
 QString addressOf(int number)
 {
@@ -97,7 +97,7 @@ TEST_F(TemplatePreviewsTest, WhatIsWantedIsDownloadedAndScaled)
     make();
     QList<PreviewKey> arrived;
     QObject::connect(previews.get(), &TemplatePreviews::arrived, [&](const PreviewKey &key) { arrived.append(key); });
-    previews->want(keys(1, 1), bounds);
+    previews->want(keys(1, 1), cellSize);
     ASSERT_TRUE(areRunning({addressOf(1)}));
     EXPECT_TRUE(previews->picture(keyOf(1)).isNull());
     downloads.end(addressOf(1), png);
@@ -110,7 +110,7 @@ TEST_F(TemplatePreviewsTest, WhatIsWantedIsDownloadedAndScaled)
 TEST_F(TemplatePreviewsTest, FewAtOnceAndTheMostUrgentFirst)
 {
     make();
-    previews->want(keys(1, 20), bounds);
+    previews->want(keys(1, 20), cellSize);
     ASSERT_TRUE(waitFor([&] { return downloads.running().size() == 4; }));
     EXPECT_EQ(previews->loads(), 4u);
     QStringList first = downloads.running();
@@ -132,11 +132,11 @@ TEST_F(TemplatePreviewsTest, FewAtOnceAndTheMostUrgentFirst)
 TEST_F(TemplatePreviewsTest, WhatIsNotWantedAnyMoreIsCancelled)
 {
     make();
-    previews->want(keys(1, 4), bounds);
+    previews->want(keys(1, 4), cellSize);
     ASSERT_TRUE(waitFor([&] { return downloads.running().size() == 4; }));
-    previews->want(keys(4, 1), bounds);
+    previews->want(keys(4, 1), cellSize);
     EXPECT_EQ(downloads.running(), QStringList({addressOf(4)}));
-    previews->want({}, bounds);
+    previews->want({}, cellSize);
     EXPECT_EQ(downloads.running(), QStringList());
     EXPECT_EQ(previews->loads(), 0u);
 }
@@ -144,12 +144,12 @@ TEST_F(TemplatePreviewsTest, WhatIsNotWantedAnyMoreIsCancelled)
 TEST_F(TemplatePreviewsTest, WhatComesFromDiskIsNotDownloaded)
 {
     make();
-    previews->want(keys(1, 1), bounds);
+    previews->want(keys(1, 1), cellSize);
     ASSERT_TRUE(areRunning({addressOf(1)}));
     downloads.end(addressOf(1), png);
     ASSERT_TRUE(hasArrived(1));
     make();
-    previews->want(keys(1, 1), bounds);
+    previews->want(keys(1, 1), cellSize);
     ASSERT_TRUE(hasArrived(1));
     EXPECT_EQ(downloads.asked.size(), 1);
 }
@@ -158,7 +158,7 @@ TEST_F(TemplatePreviewsTest, ABrokenFileOnDiskIsDownloadedAgain)
 {
     PreviewCache(folder.path()).store(keyOf(1), png.first(png.size() / 2));
     make();
-    previews->want(keys(1, 1), bounds);
+    previews->want(keys(1, 1), cellSize);
     ASSERT_TRUE(areRunning({addressOf(1)}));
     downloads.end(addressOf(1), png);
     ASSERT_TRUE(hasArrived(1));
@@ -168,7 +168,7 @@ TEST_F(TemplatePreviewsTest, ABrokenFileOnDiskIsDownloadedAgain)
 TEST_F(TemplatePreviewsTest, WhatIsNoPictureIsNeitherShownNorKept)
 {
     make();
-    previews->want(keys(1, 2), bounds);
+    previews->want(keys(1, 2), cellSize);
     ASSERT_TRUE(waitFor([&] { return downloads.running().size() == 2; }));
     downloads.end(addressOf(1), QByteArray("<html>Sorry</html>"));
     downloads.end(addressOf(2), std::nullopt);
@@ -181,15 +181,15 @@ TEST_F(TemplatePreviewsTest, WhatIsNoPictureIsNeitherShownNorKept)
 TEST_F(TemplatePreviewsTest, AFailureIsTriedAgainOnlyWhenFailuresAreForgotten)
 {
     make();
-    previews->want(keys(1, 1), bounds);
+    previews->want(keys(1, 1), cellSize);
     ASSERT_TRUE(areRunning({addressOf(1)}));
     downloads.end(addressOf(1), std::nullopt);
     ASSERT_TRUE(isAtRest());
-    previews->want({}, bounds);
-    previews->want(keys(1, 1), bounds);
+    previews->want({}, cellSize);
+    previews->want(keys(1, 1), cellSize);
     EXPECT_EQ(previews->loads(), 0u);
     previews->forgetFailures();
-    previews->want(keys(1, 1), bounds);
+    previews->want(keys(1, 1), cellSize);
     ASSERT_TRUE(areRunning({addressOf(1)}));
     EXPECT_EQ(downloads.asked.size(), 2);
 }
@@ -197,7 +197,7 @@ TEST_F(TemplatePreviewsTest, AFailureIsTriedAgainOnlyWhenFailuresAreForgotten)
 TEST_F(TemplatePreviewsTest, OtherBoundsMeanAnotherPictureAndTheOldOneUntilThen)
 {
     make();
-    previews->want(keys(1, 1), bounds);
+    previews->want(keys(1, 1), cellSize);
     ASSERT_TRUE(areRunning({addressOf(1)}));
     downloads.end(addressOf(1), png);
     ASSERT_TRUE(hasArrived(1));
@@ -226,7 +226,7 @@ TEST_F(TemplatePreviewsTest, MoreThanMemoryHoldsIsNotLoadedForEver)
 TEST_F(TemplatePreviewsTest, NobodyIsToldWhenItGoesInTheMiddle)
 {
     make();
-    previews->want(keys(1, 3), bounds);
+    previews->want(keys(1, 3), cellSize);
     ASSERT_TRUE(waitFor([&] { return downloads.running().size() == 3; }));
     downloads.end(addressOf(1), png);
     previews.reset();
@@ -236,7 +236,7 @@ TEST_F(TemplatePreviewsTest, NobodyIsToldWhenItGoesInTheMiddle)
 TEST_F(TemplatePreviewsTest, WithoutACacheEverythingIsDownloaded)
 {
     previews = std::make_unique<TemplatePreviews>(downloads, std::nullopt);
-    previews->want(keys(1, 1), bounds);
+    previews->want(keys(1, 1), cellSize);
     ASSERT_TRUE(areRunning({addressOf(1)}));
     downloads.end(addressOf(1), png);
     ASSERT_TRUE(hasArrived(1));
