@@ -6,7 +6,7 @@ namespace lumenfold::test {
 namespace {
 
 const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString connectionName = QStringLiteral("file chooser portal");
 
 } // namespace
@@ -14,7 +14,7 @@ const QString connectionName = QStringLiteral("file chooser portal");
 FakeFileChooserPortal::FakeFileChooserPortal()
     : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName))
 {
-    if (!m_bus.registerObject(path, this, QDBusConnection::ExportAllSlots) || !m_bus.registerService(service)) {
+    if (!m_bus.registerObject(portalPath, this, QDBusConnection::ExportAllSlots) || !m_bus.registerService(service)) {
         throw std::runtime_error("no portal on this bus");
     }
 }
@@ -22,7 +22,7 @@ FakeFileChooserPortal::FakeFileChooserPortal()
 FakeFileChooserPortal::~FakeFileChooserPortal()
 {
     m_bus.unregisterService(service);
-    m_bus.unregisterObject(path);
+    m_bus.unregisterObject(portalPath);
     QDBusConnection::disconnectFromBus(connectionName);
 }
 
@@ -41,12 +41,12 @@ void FakeFileChooserPortal::OpenFile(const QString &window, const QString &windo
         m_bus.send(call.createErrorReply(QDBusError::UnknownMethod, QStringLiteral("no such panel")));
         return;
     case Manner::namesPathItself:
-        m_requestPath = path + QStringLiteral("/request/old_fashioned");
+        m_requestPath = portalPath + QStringLiteral("/request/old_fashioned");
         break;
     case Manner::usual: {
         const QString sender = call.service().mid(1).replace(u'.', u'_');
-        m_requestPath =
-            path + QStringLiteral("/request/") + sender + u'/' + given.value(QStringLiteral("handle_token")).toString();
+        m_requestPath = portalPath + QStringLiteral("/request/") + sender + u'/' +
+                        given.value(QStringLiteral("handle_token")).toString();
         break;
     }
     }
