@@ -1,5 +1,7 @@
 #include "platform/filepanels/PortalFolderRequest.h"
 
+#include "platform/session/DesktopPortal.h"
+
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
@@ -14,8 +16,6 @@
 namespace lumenfold {
 namespace {
 
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString fileChooser = QStringLiteral("org.freedesktop.portal.FileChooser");
 const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request");
 

@@ -276,7 +276,8 @@ std::map<xcb_window_t, qint64> localProcesses(X11Connection &connection, const s
     for (auto id = xcb_res_query_client_ids_ids_iterator(answer->get()); id.rem > 0;
          xcb_res_client_id_value_next(&id)) {
         if (xcb_res_client_id_value_value_length(id.data) > 0) {
-            pidOfClient[id.data->spec.client & clientBits] = *xcb_res_client_id_value_value(id.data);
+            const auto &[owner, length] = *id.data;
+            pidOfClient[owner.client & clientBits] = *xcb_res_client_id_value_value(id.data);
         }
     }
     std::map<xcb_window_t, qint64> pids;

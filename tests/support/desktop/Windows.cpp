@@ -80,7 +80,8 @@ pid_t processOf(const XConnection &connection, xcb_window_t window)
     }
     for (auto ids = xcb_res_query_client_ids_ids_iterator(reply.get()); ids.rem > 0;
          xcb_res_client_id_value_next(&ids)) {
-        if ((ids.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) && ids.data->length >= 4) {
+        const auto &[kind, length] = *ids.data;
+        if ((kind.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) && length >= 4) {
             return static_cast<pid_t>(*xcb_res_client_id_value_value(ids.data));
         }
     }

@@ -41,6 +41,7 @@
 #include <vector>
 
 namespace lumenfold::test {
+
 /// A card store that tells when it is read.
 class WatchedCardStore : public FakeCardStore {
 public:
