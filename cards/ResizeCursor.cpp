@@ -16,8 +16,8 @@ enum class Diagonal { northWestSouthEast, northEastSouthWest };
 
 /// The glyph's side and the room around it for the rim, in points.
 constexpr double glyphSize = 15;
-constexpr double margin = 3;
-constexpr double canvasSize = glyphSize + 2 * margin;
+constexpr double rimMargin = 3;
+constexpr double canvasSize = glyphSize + 2 * rimMargin;
 
 /// Two arrowheads away from each other along the diagonal from the upper left to the lower right.
 QPainterPath glyph(Diagonal diagonal)
@@ -60,7 +60,7 @@ QCursor makeResizeCursor(Diagonal diagonal, double devicePixelRatio)
     for (const auto &[x, y] : rim) {
         draw({x, y}, Qt::white);
     }
-    draw({margin, margin}, Qt::black);
+    draw({rimMargin, rimMargin}, Qt::black);
     painter.end();
     // The hot spot is the middle of the picture, which is what no position means. On X11 it counts device pixels, and
     // so must the picture, or the toolkit takes the middle in points.

@@ -8,6 +8,10 @@ set(CMAKE_AUTORCC ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set_property(GLOBAL PROPERTY USE_FOLDERS ON)
+# Sources that are compiled together cannot use one name for two things. The release build does without, so each source
+# still has to name what it uses.
+set(CMAKE_UNITY_BUILD ${LUMENFOLD_UNITE_SOURCES})
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
@@ -28,6 +32,8 @@ target_compile_options(lumenfold_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wimplicit-fallthrough
     # Option structs with designated initialisers are this house's named arguments; what is not named keeps its default.
     -Wno-missing-field-initializers
+    # A source that is compiled together with others is not the main file, whose anonymous namespaces the compiler trusts.
+    $<$<BOOL:${LUMENFOLD_UNITE_SOURCES}>:-Wno-subobject-linkage>
     $<$<BOOL:${LUMENFOLD_WARNINGS_AS_ERRORS}>:-Werror>)
 target_link_options(lumenfold_options INTERFACE -Wl,--as-needed)
 # No path of the machine that builds gets into what is built; and a compiler cache knows what another checkout compiled.
@@ -40,6 +46,11 @@ if(LUMENFOLD_SANITIZE)
     target_compile_options(lumenfold_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(lumenfold_options INTERFACE -fsanitize=address,undefined)
+    # A hundred programs are linked.
+    find_program(LLD_PROGRAM ld.lld)
+    if(LLD_PROGRAM)
+        target_link_options(lumenfold_options INTERFACE -fuse-ld=lld)
+    endif()
 endif()
 
 # lumenfold_precompile(<target> PUBLIC|PRIVATE <header>): compiles the header once for all sources of the target, where
@@ -88,7 +99,6 @@ function(lumenfold_test target)
     if(LUMENFOLD_PRECOMPILE_HEADERS)
         target_precompile_headers(${target} REUSE_FROM lumenfold_test_support)
     endif()
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ${LUMENFOLD_UNITE_TESTS} UNITY_BUILD_BATCH_SIZE 8)
     set(tests ${target})
     if(arg_SCALES)
         set(tests)

@@ -12,8 +12,8 @@
 namespace lumenfold {
 namespace {
 
-const QString name = QString::fromLatin1(remoteActions::name);
-const QString path = QString::fromLatin1(remoteActions::path);
+const QString busName = QString::fromLatin1(remoteActions::name);
+const QString objectPath = QString::fromLatin1(remoteActions::path);
 
 } // namespace
 
@@ -22,7 +22,7 @@ DBusRemoteActions::DBusRemoteActions() = default;
 DBusRemoteActions::~DBusRemoteActions()
 {
     if (m_name) {
-        QDBusConnection::sessionBus().unregisterObject(path);
+        QDBusConnection::sessionBus().unregisterObject(objectPath);
     }
 }
 
@@ -36,12 +36,12 @@ void DBusRemoteActions::begin()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     // The object goes first: who was waiting for the name calls at once.
-    if (!bus.isConnected() || !bus.registerObject(path, &m_application)) {
+    if (!bus.isConnected() || !bus.registerObject(objectPath, &m_application)) {
         return;
     }
-    m_name = std::make_unique<BusName>(bus, name, [](bool isOurs) {
+    m_name = std::make_unique<BusName>(bus, busName, [](bool isOurs) {
         if (!isOurs) {
-            qWarning().noquote().nospace() << "LumenFold: the session bus does not give it the name " << name
+            qWarning().noquote().nospace() << "LumenFold: the session bus does not give it the name " << busName
                                            << ", so the desktop cannot reach it";
         }
     });
