@@ -4,6 +4,7 @@
 #include "service/apikey/LinkButton.h"
 #include "service/apikey/NoticeRow.h"
 #include "tests/components/account/AccountFixture.h"
+#include "tests/support/desktop/GuiTest.h"
 #include "tests/support/desktop/Wait.h"
 #include "tests/support/fakes/FakeAppearance.h"
 #include "tests/support/fakes/FakeWorkspace.h"
@@ -27,7 +28,7 @@ protected:
     void present()
     {
         controller.present();
-        ASSERT_TRUE(waitFor([this] { return window() != nullptr && window()->isActiveWindow(); }));
+        ASSERT_TRUE(waitFor([this] { return hasKeyboard(window()); }));
     }
 
     [[nodiscard]] static QDialog *window()

@@ -46,7 +46,7 @@ protected:
     QMessageBox *show(const QStringList &buttons)
     {
         m_alerts.runModal(question(buttons)).then([this](int chosen) { m_chosen = chosen; });
-        waitUntil("the alert to have the keyboard", [] { return shownBox() && shownBox()->isActiveWindow(); });
+        waitUntil("the alert to have the keyboard", [] { return hasKeyboard(shownBox()); });
         EXPECT_FALSE(m_chosen);
         return shownBox();
     }

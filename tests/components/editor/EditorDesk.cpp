@@ -1,4 +1,5 @@
 #include "tests/components/editor/EditorDesk.h"
+#include "tests/support/desktop/GuiTest.h"
 
 #include <QApplication>
 #include <QDir>
@@ -144,8 +145,7 @@ void EditorDesk::strike(std::string_view keys)
 {
     waitUntil("the focus", [this] {
         window()->activateWindow();
-        return window()->isActiveWindow() && window()->stage()->isAncestorOf(QApplication::focusWidget()) &&
-               guiTestServer().connection().focusedWindow() == static_cast<xcb_window_t>(window()->winId());
+        return hasKeyboard(window()) && window()->stage()->isAncestorOf(QApplication::focusWidget());
     });
     m_keyboard.press(keys);
 }

@@ -1,5 +1,6 @@
 #include "platform/filepanels/QtFilePanels.h"
 
+#include "tests/support/desktop/GuiTest.h"
 #include "tests/support/desktop/Wait.h"
 
 #include <QApplication>
@@ -56,7 +57,7 @@ protected:
             ++answers;
             answer = path;
         });
-        ASSERT_TRUE(waitFor([] { return shown<QFileDialog>() != nullptr && shown<QFileDialog>()->isActiveWindow(); }));
+        ASSERT_TRUE(waitFor([] { return hasKeyboard(shown<QFileDialog>()); }));
     }
 
     /// Writes the names and presses the button.
@@ -76,7 +77,7 @@ protected:
         QTimer looking;
         looking.callOnTimeout([&] {
             auto *panel = shown<QFileDialog>();
-            if (panel != nullptr && panel->isActiveWindow()) {
+            if (hasKeyboard(panel)) {
                 looking.stop();
                 panel->setDirectory(folder.path());
                 act();

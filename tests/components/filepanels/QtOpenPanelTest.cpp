@@ -1,5 +1,6 @@
 #include "platform/filepanels/QtOpenPanel.h"
 
+#include "tests/support/desktop/GuiTest.h"
 #include "tests/support/desktop/Wait.h"
 
 #include <QApplication>
@@ -30,7 +31,7 @@ protected:
     void ask()
     {
         choose();
-        ASSERT_TRUE(waitFor([] { return panel() != nullptr && panel()->isActiveWindow(); }));
+        ASSERT_TRUE(waitFor([] { return hasKeyboard(panel()); }));
     }
     QCoro::Task<> choose()
     {

@@ -38,7 +38,7 @@ protected:
         m_field.show();
         m_field.activateWindow();
         m_field.setFocus();
-        EXPECT_TRUE(waitFor([this] { return m_field.isActiveWindow() && m_field.hasFocus(); }));
+        EXPECT_TRUE(waitFor([this] { return hasKeyboard(&m_field) && m_field.hasFocus(); }));
     }
 
     [[nodiscard]] bool keptTheKeyboard() const { return m_field.focusLosses == 0 && m_field.isActiveWindow(); }

@@ -20,11 +20,7 @@ SettingsWindowTest::~SettingsWindowTest() = default;
 void SettingsWindowTest::present()
 {
     desk->controller->present();
-    // The toolkit may still know the keyboard from the last time.
-    waitUntil("the window to have the keyboard", [] {
-        const QDialog *window = SettingsDesk::window();
-        return window->isActiveWindow() && guiTestServer().connection().focusedWindow() == window->winId();
-    });
+    waitUntil("the window to have the keyboard", [] { return hasKeyboard(SettingsDesk::window()); });
 }
 
 void SettingsWindowTest::present(const QString &tab)

@@ -55,7 +55,7 @@ void PickerWindowTest::open()
     window->resize(520, 416);
     window->show();
     window->activateWindow();
-    waitUntil("the window to have the keyboard", [this] { return window->isActiveWindow(); });
+    waitUntil("the window to have the keyboard", [this] { return hasKeyboard(window.get()); });
 }
 
 void PickerWindowTest::openLoaded()

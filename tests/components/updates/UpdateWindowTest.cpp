@@ -1,6 +1,7 @@
 #include "app/theme/Spinner.h"
 #include "app/updates/NotesBrowser.h"
 #include "tests/components/updates/UpdatesFixture.h"
+#include "tests/support/desktop/GuiTest.h"
 #include "tests/support/desktop/Wait.h"
 
 #include <QApplication>
@@ -24,7 +25,7 @@ protected:
         serveSigned({{.version = "1.4.0", .notes = notes}});
         check();
         ASSERT_EQ(heading(), available);
-        ASSERT_TRUE(waitFor([] { return window()->isActiveWindow(); }));
+        ASSERT_TRUE(waitFor([] { return hasKeyboard(window()); }));
     }
 
     [[nodiscard]] static NotesBrowser *notes() { return window()->findChild<NotesBrowser *>(); }
@@ -38,7 +39,7 @@ TEST_F(UpdateWindow, SaysThatItAsks)
 {
     behave({.way = Way::silence});
     updater.checkForUpdates();
-    ASSERT_TRUE(waitFor([] { return window() != nullptr && window()->isActiveWindow(); }));
+    ASSERT_TRUE(waitFor([] { return hasKeyboard(window()); }));
     EXPECT_EQ(window()->windowTitle(), u"Software Update");
     EXPECT_EQ(heading(), u"Checking for updates…");
     EXPECT_TRUE(window()->findChild<Spinner *>()->isSpinning());
@@ -58,7 +59,7 @@ TEST_F(UpdateWindow, WhoCancelsSeesNothingMoreOfIt)
     behave({.reply = ServiceReply{.body = signer.sign(feedOf({{.version = "1.4.0"}}))},
             .pause = std::chrono::milliseconds(200)});
     updater.checkForUpdates();
-    ASSERT_TRUE(waitFor([] { return window() != nullptr && window()->isActiveWindow(); }));
+    ASSERT_TRUE(waitFor([] { return hasKeyboard(window()); }));
     press(Qt::Key_Escape);
     EXPECT_EQ(window(), nullptr);
     EXPECT_TRUE(waitFor([this] { return delegate.told == QStringList{QStringLiteral("1.4.0")}; }));

@@ -3,6 +3,7 @@
 #include "tests/support/unit/LogWatch.h"
 
 #include <QApplication>
+#include <QWidget>
 
 #include <gtest/gtest.h>
 
@@ -59,6 +60,11 @@ int runGuiTests(int argc, char **argv, const GuiTestOptions &options)
 XServer &guiTestServer()
 {
     return *theServer;
+}
+
+bool hasKeyboard(const QWidget *window)
+{
+    return window != nullptr && window->isActiveWindow() && theServer->connection().focusedWindow() == window->winId();
 }
 
 } // namespace lumenfold::test

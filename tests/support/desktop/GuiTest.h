@@ -5,6 +5,8 @@
 
 #include <optional>
 
+class QWidget;
+
 /// For component tests that need a QApplication on a real X server. A test program of that kind has a main function of
 /// its own, which is one line: `return lumenfold::test::runGuiTests(argc, argv);`
 namespace lumenfold::test {
@@ -25,5 +27,9 @@ struct GuiTestOptions {
 
 /// The server that runGuiTests started.
 [[nodiscard]] XServer &guiTestServer();
+
+/// Whether keys that are pressed now go to that window, which may be null. The toolkit takes a window for the active
+/// one before the server gives it the keyboard.
+[[nodiscard]] bool hasKeyboard(const QWidget *window);
 
 } // namespace lumenfold::test
