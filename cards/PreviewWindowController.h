@@ -90,14 +90,14 @@ public:
     /// Adds a pinned card.
     void showPinnedCard(const Image &image, const PinnedCardOptions &options = {});
 
-    /// Shows the cards that the store kept from the last run; those whose image is gone are forgotten. What of the
-    /// column will be seen comes at once, the others little by little; the list is written when all are there.
+    /// Shows the cards that the store kept from the last run; those whose image is gone are forgotten. They come little
+    /// by little, like those of a removal that is undone; the list is written when all are there.
     void restore();
     /// Writes the list of cards to the store.
     void persistManifest();
     /// Brings the cards of the last dismissal back, with their ids, images and, if pinned, frames; false when there is
-    /// nothing to bring back. Of many cards the newest come at once and the others little by little, first those that
-    /// will be seen; each has its place in the column from the beginning.
+    /// nothing to bring back. Many cards come little by little, first the newest; each has its place in the column
+    /// from the beginning.
     bool restoreLastDismissed();
 
     /// Collapses an expanded column that has cards; expands a collapsed one.
@@ -158,13 +158,15 @@ private:
     void bringBackOne(const DismissedCard &dismissed);
     /// So many cards of the column are never seen at the same time.
     [[nodiscard]] std::size_t mostCardsSeen() const;
-    /// Fills in images that are in the store; false when there is none.
+    /// Fills in the image when it is in the store; false when there is none.
+    [[nodiscard]] bool loadImage(DismissedCard &card) const;
+    /// Fills in both images.
     [[nodiscard]] bool load(DismissedCard &card) const;
     [[nodiscard]] CardPointer makeAgain(const DismissedCard &card);
-    /// Pinned cards first: they are seen. Then the newest of the column.
+    /// Of what will be seen, first the newest of the column, then the pinned cards; at last what will not be seen.
     [[nodiscard]] std::vector<Restoring>::iterator nextRun();
-    /// Whether the card that is made next will be seen at once.
-    [[nodiscard]] bool isNextSeen();
+    /// Whether the card of the run that is made next will be seen.
+    [[nodiscard]] bool isSeen(const Restoring &run) const;
     /// Of the next run: the oldest of pinned cards, which end beneath the others; the newest of the column, whose
     /// frontmost card there is then from the beginning.
     std::vector<CardPointer> makeSomeAgain(std::size_t count);

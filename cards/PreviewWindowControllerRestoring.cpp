@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 #include <utility>
 
 namespace lumenfold {
@@ -22,14 +21,21 @@ using namespace std::chrono_literals;
 /// Making one card's panel takes a millisecond or two, and showing it three or four more.
 constexpr std::size_t restoredPerTurn = 4;
 constexpr std::size_t seenPerTurn = 2;
-/// Between two turns, so that the event loop gets to everything else.
+/// Between two turns, so that the event loop gets to everything else: to what the user does, and to painting what was
+/// shown, which takes as long as making it.
 constexpr auto restoringPause = 5ms;
+constexpr auto seenPause = 16ms;
 /// Cards that nobody sees wait until the others have been painted and have faded in.
 constexpr auto unseenDelay = 300ms;
 
 bool isStackCard(const DismissedCard &card)
 {
     return card.variant == PreviewCardVariant::stack;
+}
+
+bool isOnStack(const PreviewWindowController::CardPointer &card)
+{
+    return card->variant == PreviewCardVariant::stack;
 }
 
 DismissedCard inStore(const PersistedCard &entry)
@@ -51,45 +57,32 @@ void PreviewWindowController::restore()
     }
     std::vector<PersistedCard> entries = m_with.store->readManifest();
     const std::size_t seenCount = mostCardsSeen();
+    std::size_t seen = 0;
     // From the newest to the oldest, so everything is the wrong way round.
-    std::vector<CardPointer> seen;
     std::vector<Restoring> runs;
-    UndoStack::Group run;
-    const auto endRun = [&] {
-        if (!run.empty()) {
-            std::ranges::reverse(run);
-            runs.push_back({.remaining = std::exchange(run, {}), .position = seen.size()});
-        }
-    };
     for (; !entries.empty(); entries.pop_back()) {
         DismissedCard card = inStore(entries.back());
-        if (!isStackCard(card) || seen.size() >= seenCount) {
-            if (!run.empty() && run.back().variant != card.variant) {
-                endRun();
+        if (isStackCard(card) && seen < seenCount) {
+            // Those that will be seen get their places by what is known of all of them.
+            if (!loadImage(card)) {
+                continue;
             }
-            run.push_back(std::move(card));
-        } else if (load(card)) {
-            endRun();
-            seen.push_back(makeAgain(card));
+            ++seen;
         }
+        if (runs.empty() || runs.back().remaining.front().variant != card.variant) {
+            runs.push_back({.remaining = {}, .position = m_cards.size()});
+        }
+        runs.back().remaining.push_back(std::move(card));
     }
-    endRun();
-    for (Restoring &restoring : runs) {
-        restoring.position = m_cards.size() + seen.size() - restoring.position;
+    for (Restoring &run : runs) {
+        std::ranges::reverse(run.remaining);
     }
-    m_restoring.insert(m_restoring.end(), runs.rbegin(), runs.rend());
-    std::ranges::reverse(seen);
-    m_cards.insert(m_cards.end(), seen.begin(), seen.end());
+    m_restoring.insert(m_restoring.end(), std::move_iterator(runs.rbegin()), std::move_iterator(runs.rend()));
     m_isListToBeWritten = true;
-    presentStackCards(seen);
-    const auto awaited =
-        std::accumulate(m_restoring.begin(), m_restoring.end(), std::size_t{0},
-                        [](std::size_t sum, const Restoring &one) { return sum + one.remaining.size(); });
-    if (awaited <= restoredPerTurn) {
-        while (!m_restoring.empty()) {
-            restoreSome();
-        }
+    if (seen > 0) {
+        setCollapsed(false);
     }
+    restoreSome();
     scheduleNextRestored();
 }
 
@@ -118,17 +111,22 @@ std::size_t PreviewWindowController::mostCardsSeen() const
     return static_cast<std::size_t>(capacity + overflowDeckMaxDepth + 1);
 }
 
+bool PreviewWindowController::loadImage(DismissedCard &card) const
+{
+    if (card.image.isNull() && m_with.store) {
+        card.image = m_with.store->loadImage(card.screenshotId).value_or(Image());
+    }
+    return !card.image.isNull();
+}
+
 bool PreviewWindowController::load(DismissedCard &card) const
 {
-    if (!card.image.isNull()) {
-        return true;
-    }
-    const std::optional<Image> image = m_with.store ? m_with.store->loadImage(card.screenshotId) : std::nullopt;
-    if (!image) {
+    if (!loadImage(card)) {
         return false;
     }
-    card.image = *image;
-    card.editorSourceImage = m_with.store->loadEditorSourceImage(card.screenshotId).value_or(*image);
+    if (card.editorSourceImage.isNull() && m_with.store) {
+        card.editorSourceImage = m_with.store->loadEditorSourceImage(card.screenshotId).value_or(card.image);
+    }
     return true;
 }
 
@@ -144,21 +142,22 @@ PreviewWindowController::CardPointer PreviewWindowController::makeAgain(const Di
 
 std::vector<PreviewWindowController::Restoring>::iterator PreviewWindowController::nextRun()
 {
-    const auto pinned =
-        std::ranges::find_if(m_restoring, [](const Restoring &run) { return !isStackCard(run.remaining.front()); });
-    return pinned == m_restoring.end() ? std::prev(m_restoring.end()) : pinned;
+    const auto isOfColumn = [](const Restoring &run) { return isStackCard(run.remaining.front()); };
+    const auto newestOfColumn = std::ranges::find_if(m_restoring.rbegin(), m_restoring.rend(), isOfColumn);
+    if (newestOfColumn != m_restoring.rend() && isSeen(*newestOfColumn)) {
+        return std::prev(newestOfColumn.base());
+    }
+    const auto pinned = std::ranges::find_if_not(m_restoring, isOfColumn);
+    return pinned != m_restoring.end() ? pinned : std::prev(m_restoring.end());
 }
 
-bool PreviewWindowController::isNextSeen()
+bool PreviewWindowController::isSeen(const Restoring &run) const
 {
-    const auto run = nextRun();
-    if (!isStackCard(run->remaining.front())) {
+    if (!isStackCard(run.remaining.front())) {
         return true;
     }
-    const auto firstNewer = std::next(m_cards.begin(), static_cast<std::ptrdiff_t>(run->position));
-    const auto newer = std::count_if(
-        firstNewer, m_cards.end(), [](const CardPointer &card) { return card->variant == PreviewCardVariant::stack; });
-    return static_cast<std::size_t>(newer) < mostCardsSeen();
+    const auto firstNewer = std::next(m_cards.begin(), static_cast<std::ptrdiff_t>(run.position));
+    return static_cast<std::size_t>(std::count_if(firstNewer, m_cards.end(), isOnStack)) < mostCardsSeen();
 }
 
 std::vector<PreviewWindowController::CardPointer> PreviewWindowController::makeSomeAgain(std::size_t count)
@@ -189,29 +188,44 @@ void PreviewWindowController::placeMadeAgain(const std::vector<CardPointer> &mad
     if (made.empty()) {
         return;
     }
-    if (made.front()->variant == PreviewCardVariant::stack) {
+    const bool isColumn = isOnStack(made.front());
+    if (isColumn) {
         placeStackCards(made);
         if (stackCards().size() == made.size()) {
-            // All others went meanwhile.
+            // The first ones, or all others went meanwhile.
             ensureColumnTracking();
         }
-        return;
+    } else {
+        for (const CardPointer &card : made) {
+            m_panels.orderFront(*card->panel);
+        }
     }
-    for (const CardPointer &card : made) {
-        m_panels.orderFront(*card->panel);
+    auto newer = std::next(std::ranges::find(m_cards, made.back()));
+    const auto newestOfColumn = std::find_if(m_cards.rbegin(), std::reverse_iterator(newer), isOnStack);
+    if (newestOfColumn.base() != newer) {
+        newer = newestOfColumn.base();
+        if (!isColumn) {
+            // Pinned before the column got its newest card, which came to the front with all others.
+            layout();
+        }
     }
-    const auto lastMade = std::ranges::find(m_cards, made.back());
-    const bool isBeneathColumn = std::any_of(
-        lastMade, m_cards.end(), [](const CardPointer &card) { return card->variant == PreviewCardVariant::stack; });
-    if (isBeneathColumn) {
-        layout();
+    // Pinned since then.
+    std::vector<Panel *> front;
+    for (; newer != m_cards.end(); ++newer) {
+        if ((*newer)->panel->isVisible()) {
+            front.push_back((*newer)->panel.get());
+        }
     }
+    m_panels.orderFrontInSequence(front);
 }
 
 void PreviewWindowController::restoreSome()
 {
+    if (m_restoring.empty()) {
+        return;
+    }
     const int before = stackState().count;
-    placeMadeAgain(makeSomeAgain(isNextSeen() ? seenPerTurn : restoredPerTurn));
+    placeMadeAgain(makeSomeAgain(isSeen(*nextRun()) ? seenPerTurn : restoredPerTurn));
     forgetEmptyRuns();
     if (stackState().count != before) {
         // Some could not be read, and the others had left room for them.
@@ -237,16 +251,17 @@ void PreviewWindowController::scheduleNextRestored()
     if (m_nextRestored) {
         return;
     }
-    const auto pause = isNextSeen() || std::exchange(m_haveUnseenWaited, true) ? restoringPause : unseenDelay;
+    auto pause = seenPause;
+    if (!isSeen(*nextRun())) {
+        pause = std::exchange(m_haveUnseenWaited, true) ? restoringPause : unseenDelay;
+    }
     m_nextRestored = m_with.queue.after(pause, [self = QPointer(this)] {
         if (!self) {
             return;
         }
         self->m_nextRestored.reset();
         self->forgetEmptyRuns();
-        if (!self->m_restoring.empty()) {
-            self->restoreSome();
-        }
+        self->restoreSome();
         self->scheduleNextRestored();
     });
 }

@@ -44,7 +44,7 @@ protected:
     }
 
     /// Another slice.
-    void passTurn() { queue.advance(5ms); }
+    void passTurn() { queue.advance(16ms); }
 };
 
 TEST_F(UndoInSlicesTest, whatWillBeSeenComesTwoAtATimeFromTheNewestOn)

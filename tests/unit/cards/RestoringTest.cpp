@@ -1,7 +1,5 @@
-/// Many cards of the last run come back: the ones that are seen at once, the others little by little.
-#include "tests/unit/cards/CardsFixture.h"
-
-#include <algorithm>
+/// Many cards of the last run come back a few at a time: first the ones that are seen, then the others.
+#include "tests/unit/cards/RestoringFixture.h"
 
 namespace lumenfold::test {
 namespace {
@@ -10,50 +8,67 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using ::testing::SizeIs;
 
-class RestoringTest : public CardsTest {
-protected:
-    /// Stack cards "1" to "50", and pinned cards "p10", "p20", ..., each behind the stack card of that number.
-    RestoringTest()
-    {
-        for (int number = 1; number <= 50; ++number) {
-            add(QString::number(number), false);
-            if (number % 10 == 0) {
-                add(u'p' + QString::number(number), true);
-            }
-        }
-    }
+using RestoringTest = RestoringFixture;
 
-    void add(const QString &id, bool isPinned)
-    {
-        store.images.insert(id, picture(8, 6));
-        store.manifest.push_back({.id = id,
-                                  .editorSourceId = id,
-                                  .isPinned = isPinned,
-                                  .frame = isPinned ? std::optional(Rect{300, 300, 304, 204}) : std::nullopt});
-        listed.append(id);
-    }
-
-    [[nodiscard]] QStringList idsInManifest() const
-    {
-        QStringList all;
-        std::ranges::transform(store.manifest, std::back_inserter(all), &PersistedCard::id);
-        return all;
-    }
-
-    /// A few turns of the event loop, not enough for all.
-    void passSomeTurns() { queue.advance(340ms); }
-
-    QStringList listed;
-};
-
-TEST_F(RestoringTest, onlyWhatIsSeenOfTheColumnComesAtOnce)
+TEST_F(RestoringTest, whatIsSeenComesAFewAtATimeFromTheNewestOn)
 {
     controller->restore();
-    EXPECT_EQ(ids(), QStringList({u"44"_s, u"45"_s, u"46"_s, u"47"_s, u"48"_s, u"49"_s, u"50"_s}));
-    EXPECT_THAT(panels.panels(), SizeIs(7));
-    queue.advance(5ms);
-    EXPECT_GT(controller->cards().size(), 7);
-    EXPECT_LE(controller->cards().size(), 11);
+    EXPECT_EQ(ids(), QStringList({u"49"_s, u"50"_s}));
+    EXPECT_THAT(panels.panels(), SizeIs(2));
+    for (const int oldest : {47, 45, 43}) {
+        passTurn();
+        EXPECT_EQ(ids(), numbers(oldest, 50));
+        EXPECT_THAT(panels.panels(), SizeIs(51 - oldest));
+    }
+    EXPECT_EQ(stacking(), numbers(45, 50));
+    // Then the pinned ones, and nothing of what is not seen before all of that has faded in.
+    for (const QString &pinned : {u"p10"_s, u"p20"_s, u"p30"_s, u"p40"_s, u"p50"_s}) {
+        EXPECT_EQ(card(pinned), nullptr);
+        passTurn();
+        EXPECT_NE(card(pinned), nullptr);
+    }
+    queue.advance(290ms);
+    EXPECT_THAT(panels.panels(), SizeIs(13));
+    EXPECT_EQ(panel(u"45"_s).alpha(), 1);
+    queue.advance(10ms);
+    EXPECT_GT(panels.panels().size(), 13);
+    EXPECT_LE(panels.panels().size(), 17);
+}
+
+TEST_F(RestoringTest, everyCardStandsInItsPlaceFromTheBeginning)
+{
+    controller->restore();
+    EXPECT_THAT(panel(u"50"_s).frame(), RectNear(aboveDeckFrame(2)));
+    EXPECT_THAT(panel(u"49"_s).frame(), RectNear(aboveDeckFrame(1)));
+    EXPECT_FALSE(model(u"49"_s).deckBehind());
+    passTurn();
+    EXPECT_THAT(panel(u"48"_s).frame(), RectNear(aboveDeckFrame(0)));
+    EXPECT_THAT(panel(u"47"_s).frame(), RectNear(deckFrame(0)));
+    passTurn();
+    EXPECT_THAT(panel(u"46"_s).frame(), RectNear(deckFrame(1)));
+    EXPECT_THAT(panel(u"45"_s).frame(), RectNear(deckFrame(2)));
+    EXPECT_TRUE(model(u"45"_s).deckBehind());
+    settle();
+    for (const QString &id : numbers(45, 50)) {
+        EXPECT_EQ(panel(id).alpha(), 1) << qPrintable(id);
+        for (const PanelAnimation &animation : panel(id).animations()) {
+            EXPECT_FALSE(animation.frame) << qPrintable(id);
+        }
+    }
+}
+
+TEST_F(RestoringTest, whatIsSeenKnowsFromTheBeginningWhichOfThemCannotBeRead)
+{
+    store.manifest.resize(4);
+    store.images.remove(u"1"_s);
+    store.images.remove(u"3"_s);
+    controller->restore();
+    EXPECT_THAT(panel(u"4"_s).frame(), RectNear(slotFrame(1)));
+    settle();
+    EXPECT_THAT(panel(u"2"_s).frame(), RectNear(slotFrame(0)));
+    EXPECT_THAT(panel(u"4"_s).frame(), RectNear(slotFrame(1)));
+    EXPECT_EQ(ids(), QStringList({u"2"_s, u"4"_s}));
+    EXPECT_EQ(idsInManifest(), ids());
 }
 
 TEST_F(RestoringTest, allComeBackInTheirOrder)
@@ -70,7 +85,7 @@ TEST_F(RestoringTest, allComeBackInTheirOrder)
 TEST_F(RestoringTest, theOnesThatAreSeenDoNotMoveForTheOthers)
 {
     controller->restore();
-    queue.advance(0ms);
+    passTurn();
     const Rect newest = panel(u"50"_s).frame();
     const Rect front = panel(u"47"_s).frame();
     for (int turn = 0; turn < 20; ++turn) {
@@ -97,72 +112,12 @@ TEST_F(RestoringTest, theListIsWrittenOnceAndWhenItIsKnown)
     EXPECT_EQ(ids(), listed);
 }
 
-TEST_F(RestoringTest, aListThatIsWrittenMeanwhileNamesThoseThatAreStillToCome)
-{
-    const std::vector<PersistedCard> before = store.manifest;
-    controller->restore();
-    passSomeTurns();
-    controller->persistManifest();
-    EXPECT_EQ(store.manifest, before);
-    controller->show(picture(8, 6), {.id = u"new"_s});
-    listed.append(u"new"_s);
-    EXPECT_EQ(idsInManifest(), listed);
-    model(u"p10"_s).onDismiss();
-    listed.removeAll(u"p10"_s);
-    EXPECT_EQ(idsInManifest(), listed);
-    settle();
-    EXPECT_EQ(ids(), listed);
-    EXPECT_EQ(idsInManifest(), listed);
-}
-
-TEST_F(RestoringTest, cardsThatGoMeanwhileLeaveTheOthersInTheirOrder)
-{
-    controller->restore();
-    for (const QString &id : {u"47"_s, u"44"_s, u"50"_s}) {
-        model(id).onDismiss();
-        listed.removeAll(id);
-        queue.advance(1ms);
-    }
-    settle();
-    EXPECT_EQ(ids(), listed);
-    EXPECT_TRUE(controller->restoreLastDismissed());
-    EXPECT_EQ(ids(), listed + QStringList(u"50"_s));
-}
-
-TEST_F(RestoringTest, theColumnWorksAlsoWhenAllThatWereSeenWentMeanwhile)
-{
-    controller->restore();
-    while (!controller->stackCards().empty()) {
-        controller->stackCards().back()->model->onDismiss();
-    }
-    EXPECT_THAT(monitors.globalMasks(), SizeIs(0));
-    settle();
-    EXPECT_THAT(controller->stackCards(), SizeIs(43));
-    EXPECT_THAT(monitors.globalMasks(), SizeIs(1));
-}
-
-TEST_F(RestoringTest, clearingTheColumnTakesAlsoWhatIsStillToCome)
-{
-    controller->restore();
-    passSomeTurns();
-    controller->clearAll();
-    settle();
-    EXPECT_EQ(ids(), QStringList({u"p10"_s, u"p20"_s, u"p30"_s, u"p40"_s, u"p50"_s}));
-    EXPECT_EQ(idsInManifest(), ids());
-    EXPECT_FALSE(store.images.contains(u"1"_s));
-
-    EXPECT_TRUE(controller->restoreLastDismissed());
-    settle();
-    EXPECT_THAT(controller->stackCards(), SizeIs(50));
-    EXPECT_EQ(controller->stackCards().front()->model->screenshotId(), u"1"_s);
-    EXPECT_TRUE(store.images.contains(u"1"_s));
-}
-
 TEST_F(RestoringTest, theOthersCloseUpWhenThoseToComeCannotBeRead)
 {
     store.manifest.resize(12);
     const QStringList expected = {u"10"_s, u"p10"_s, u"11"_s};
     controller->restore();
+    queue.advance(100ms);
     for (int number = 5; number <= 9; ++number) {
         model(QString::number(number)).onDismiss();
     }
@@ -173,25 +128,6 @@ TEST_F(RestoringTest, theOthersCloseUpWhenThoseToComeCannotBeRead)
     EXPECT_EQ(ids(), expected);
     EXPECT_THAT(panel(u"10"_s).frame(), RectNear(slotFrame(0)));
     EXPECT_THAT(panel(u"11"_s).frame(), RectNear(slotFrame(1)));
-}
-
-TEST_F(RestoringTest, aCaptureMeanwhileHidesThoseThatComeDuringIt)
-{
-    controller->restore();
-    controller->setHiddenForCapture(true);
-    settle();
-    EXPECT_EQ(stacking(), QStringList());
-    EXPECT_EQ(ids(), listed);
-    controller->setHiddenForCapture(false);
-    EXPECT_THAT(stacking(), SizeIs(6 + 5));
-}
-
-TEST_F(RestoringTest, itEndsWithTheController)
-{
-    controller->restore();
-    controller.reset();
-    queue.advance(1s);
-    EXPECT_THAT(store.calls, SizeIs(0));
 }
 
 TEST_F(RestoringTest, aCardWhosePictureTurnsOutToBeBrokenGoesForGood)
