@@ -22,18 +22,11 @@ QFont clearFont()
     return facestyle::font(clearTextSize, QFont::Medium);
 }
 
-QSize clearPillSize()
-{
-    const int text = QFontMetrics(clearFont()).horizontalAdvance(ClearAllButton::tr("Clear"));
-    // In the middle of a panel of even width, an odd one would stand between the pixels.
-    return {text + text % 2 + 2 * clearTextPadding, clearPillHeight};
-}
-
 } // namespace
 
 StackControlButton::StackControlButton(StackControlState &state, const Appearance &appearance,
                                        const PanelFactory &panels)
-    : StackPill(collapsePillSize, appearance, panels), m_state(state)
+    : StackPill(appearance, panels), m_state(state)
 {
     connect(&m_state, &StackControlState::isCollapsedChanged, this, &StackControlButton::showState);
     connect(this, &QAbstractButton::clicked, this, [this] {
@@ -54,6 +47,11 @@ void StackControlButton::showState()
     update();
 }
 
+QSize StackControlButton::pillSize() const
+{
+    return collapsePillSize;
+}
+
 void StackControlButton::paintLabel(QPainter &painter, const QRectF &capsule, const QColor &color)
 {
     const Symbol symbol = m_state.isCollapsed() ? Symbol::chevronUp : Symbol::chevronDown;
@@ -61,7 +59,7 @@ void StackControlButton::paintLabel(QPainter &painter, const QRectF &capsule, co
 }
 
 ClearAllButton::ClearAllButton(StackControlState &state, const Appearance &appearance, const PanelFactory &panels)
-    : StackPill(clearPillSize(), appearance, panels), m_state(state)
+    : StackPill(appearance, panels), m_state(state)
 {
     setText(tr("Clear"));
     setToolTip(tr("Clear stacked screenshots"));
@@ -70,6 +68,15 @@ ClearAllButton::ClearAllButton(StackControlState &state, const Appearance &appea
 }
 
 ClearAllButton::~ClearAllButton() = default;
+
+QSize ClearAllButton::pillSize() const
+{
+    // Not measured before the pill is wanted: with the first text the toolkit looks for fonts, and the pill is made
+    // with the first card.
+    const int text = QFontMetrics(clearFont()).horizontalAdvance(this->text());
+    // In the middle of a panel of even width, an odd one would stand between the pixels.
+    return {text + text % 2 + 2 * clearTextPadding, clearPillHeight};
+}
 
 void ClearAllButton::paintLabel(QPainter &painter, const QRectF &capsule, const QColor &color)
 {

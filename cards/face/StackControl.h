@@ -18,6 +18,7 @@ public:
     ~StackControlButton() override;
 
 protected:
+    [[nodiscard]] QSize pillSize() const override;
     void paintLabel(QPainter &painter, const QRectF &capsule, const QColor &color) override;
 
 private:
@@ -36,6 +37,7 @@ public:
     ~ClearAllButton() override;
 
 protected:
+    [[nodiscard]] QSize pillSize() const override;
     void paintLabel(QPainter &painter, const QRectF &capsule, const QColor &color) override;
 
 private:

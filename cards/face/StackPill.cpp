@@ -16,8 +16,8 @@ constexpr int panelPadding = 12;
 
 } // namespace
 
-StackPill::StackPill(QSize pillSize, const Appearance &appearance, const PanelFactory &panels)
-    : m_pillSize(pillSize), m_appearance(appearance), m_panels(panels)
+StackPill::StackPill(const Appearance &appearance, const PanelFactory &panels)
+    : m_appearance(appearance), m_panels(panels)
 {
     setFocusPolicy(Qt::NoFocus);
     connect(&m_appearance, &Appearance::changed, this, qOverload<>(&QWidget::update));
@@ -27,19 +27,20 @@ StackPill::~StackPill() = default;
 
 QSize StackPill::sizeHint() const
 {
-    return m_pillSize + QSize(2 * panelPadding, 2 * panelPadding);
+    return pillSize() + QSize(2 * panelPadding, 2 * panelPadding);
 }
 
 QRectF StackPill::capsule() const
 {
-    QRectF shape(QPointF(), m_pillSize);
+    QRectF shape(QPointF(), pillSize());
     shape.moveCenter(QRectF(rect()).center());
     return shape;
 }
 
 QRegion StackPill::opaqueShape(double scale) const
 {
-    return roundedRegion(capsule(), m_pillSize.height() / 2.0, scale);
+    const QRectF shape = capsule();
+    return roundedRegion(shape, shape.height() / 2, scale);
 }
 
 bool StackPill::hitButton(const QPoint &position) const

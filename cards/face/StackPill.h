@@ -22,8 +22,11 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
-    /// `pillSize` in points. The appearance and the panels must outlive the view.
-    StackPill(QSize pillSize, const Appearance &appearance, const PanelFactory &panels);
+    /// The appearance and the panels must outlive the view.
+    StackPill(const Appearance &appearance, const PanelFactory &panels);
+
+    /// Of the capsule, in points. Not asked for before the view is shown or measured.
+    [[nodiscard]] virtual QSize pillSize() const = 0;
 
     /// Paints what stands on the capsule.
     virtual void paintLabel(QPainter &painter, const QRectF &capsule, const QColor &color) = 0;
@@ -34,7 +37,6 @@ protected:
 private:
     [[nodiscard]] QRectF capsule() const;
 
-    const QSize m_pillSize;
     const Appearance &m_appearance;
     const PanelFactory &m_panels;
 };

@@ -94,6 +94,10 @@ bool StatusBadge::hasIcon() const
 
 void StatusBadge::place()
 {
+    if (std::holds_alternative<PreviewModel::Idle>(m_status)) {
+        // Nobody sees it, and measuring the first text costs milliseconds: the toolkit looks for fonts then.
+        return;
+    }
     const QFontMetricsF metrics(textFont());
     const int icon = hasIcon() ? iconSize + iconSpacing : 0;
     const int text = static_cast<int>(std::ceil(metrics.horizontalAdvance(this->text())));
