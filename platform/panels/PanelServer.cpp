@@ -39,6 +39,11 @@ void PanelServer::dress(xcb_window_t window, int transparentMargin)
     setCardinals(window, "_COMPTON_SHADOW", {0});
 }
 
+bool PanelServer::isState(xcb_atom_t property)
+{
+    return property == m_atoms.atom("_NET_WM_STATE");
+}
+
 void PanelServer::setBackground(xcb_window_t window, Translucency translucency, const QColor &fill)
 {
     if (translucency == Translucency::available) {

@@ -29,6 +29,9 @@ public:
     /// of what is beneath, no entry in lists. `transparentMargin` is the invisible band around the content.
     void dress(xcb_window_t window, int transparentMargin);
 
+    /// Whether the property holds a window's state, as dress() sets it.
+    [[nodiscard]] bool isState(xcb_atom_t property);
+
     /// What the server shows where the toolkit has not painted yet: `fill` when windows blend, else what was on the
     /// screen before.
     void setBackground(xcb_window_t window, Translucency translucency, const QColor &fill);

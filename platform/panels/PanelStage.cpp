@@ -217,6 +217,12 @@ bool PanelStage::nativeEventFilter(const QByteArray &, void *message, qintptr *)
             event->response_type |= sentEvent;
         }
         return false;
+    case XCB_PROPERTY_NOTIFY: {
+        // The toolkit would ask the server, and wait for it, what has become of the state. Nobody but us sets it: no
+        // window manager looks after a panel.
+        const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event);
+        return m_panelOfWindow.contains(change->window) && m_server.isState(change->atom);
+    }
     default:
         return false;
     }

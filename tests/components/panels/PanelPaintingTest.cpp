@@ -2,6 +2,7 @@
 #include "tests/components/panels/PanelDesk.h"
 
 #include "platform/x11/QtWindows.h"
+#include "platform/x11/X11Atoms.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -159,24 +160,54 @@ TEST_F(PanelPaintingTest, oneThatIsHiddenBeforeItsTurnIsPaintedWhenItIsShownAgai
     EXPECT_TRUE(allAreSeen());
 }
 
-TEST_F(PanelPaintingTest, aMoveAsksTheServerForNothingButTheMove)
-{
-    constexpr unsigned moves = 10;
-    const auto panel = showPanel({24, 24, 120, 90});
-    settle();
-    const auto requestsDuring = [this](const std::function<void(unsigned)> &step) {
+class PanelRequestsTest : public PanelDesk {
+protected:
+    static constexpr unsigned steps = 10;
+
+    /// How many requests more than at rest go to the server while each step is made and settles.
+    [[nodiscard]] unsigned requestsDuring(const std::function<void(unsigned)> &step) const
+    {
+        return countRequests(step) - countRequests([](unsigned) {});
+    }
+
+private:
+    [[nodiscard]] unsigned countRequests(const std::function<void(unsigned)> &step) const
+    {
         const unsigned before = xcb_no_operation(x11::qtConnection()).sequence;
-        for (unsigned number = 1; number <= moves; ++number) {
+        for (unsigned number = 1; number <= steps; ++number) {
             step(number);
             settle();
         }
         return xcb_no_operation(x11::qtConnection()).sequence - before;
-    };
-    const unsigned atRest = requestsDuring([](unsigned) {});
+    }
+};
+
+TEST_F(PanelRequestsTest, aMoveAsksTheServerForNothingButTheMove)
+{
+    const auto panel = showPanel({24, 24, 120, 90});
+    settle();
     const unsigned moving = requestsDuring([&](unsigned number) {
         panel->setFrame({24.0 + 10 * number, 24, 120, 90});
     });
-    EXPECT_EQ(moving - atRest, moves);
+    EXPECT_EQ(moving, steps);
+}
+
+TEST_F(PanelRequestsTest, theStateThatWasSetIsNotAskedFor)
+{
+    const auto panel = showPanel({24, 24, 120, 90});
+    settle();
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto shown = std::ranges::find_if(windows, [](const QWidget *each) { return each->isVisible(); });
+    ASSERT_NE(shown, windows.end());
+    x11::X11Atoms atoms(x11::qtConnection());
+    const xcb_atom_t state = atoms.atom("_NET_WM_STATE");
+    const xcb_atom_t above = atoms.atom("_NET_WM_STATE_ABOVE");
+    const unsigned setting = requestsDuring([&](unsigned) {
+        xcb_change_property(x11::qtConnection(), XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>((*shown)->winId()),
+                            state, XCB_ATOM_ATOM, 32, 1, &above);
+        xcb_flush(x11::qtConnection());
+    });
+    EXPECT_EQ(setting, steps);
 }
 
 } // namespace
