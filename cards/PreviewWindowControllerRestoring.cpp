@@ -20,11 +20,11 @@ using namespace std::chrono_literals;
 
 /// Making one card's panel takes a millisecond or two, and showing it three or four more.
 constexpr std::size_t restoredPerTurn = 4;
-constexpr std::size_t seenPerTurn = 2;
+constexpr std::size_t seenPerTurn = 1;
 /// Between two turns, so that the event loop gets to everything else: to what the user does, and to painting what was
 /// shown, which takes as long as making it.
 constexpr auto restoringPause = 5ms;
-constexpr auto seenPause = 16ms;
+constexpr auto seenPause = 8ms;
 /// Cards that nobody sees wait until the others have been painted and have faded in.
 constexpr auto unseenDelay = 300ms;
 

@@ -37,10 +37,17 @@ protected:
         return all;
     }
 
-    /// The next few that will be seen.
-    void passTurn() { queue.advance(std::chrono::milliseconds(16)); }
+    /// The next one that will be seen.
+    void passTurn() { queue.advance(std::chrono::milliseconds(8)); }
     /// A few turns of the event loop, enough for those that are seen and not enough for all.
     void passSomeTurns() { queue.advance(std::chrono::milliseconds(340)); }
+
+    /// The first two are there.
+    void beginRestoring()
+    {
+        controller->restore();
+        passTurn();
+    }
 
     /// As many turns as it takes until all of the column that will be seen is there.
     void restoreColumn()

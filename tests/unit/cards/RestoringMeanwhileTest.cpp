@@ -119,7 +119,7 @@ TEST_F(RestoringMeanwhileTest, aCardPinnedBeforeAllAreSeenStaysInFrontOfThem)
 
 TEST_F(RestoringMeanwhileTest, cardsDismissedBeforeAllAreSeenMakeRoomForOlderOnes)
 {
-    controller->restore();
+    beginRestoring();
     for (const QString &id : {u"50"_s, u"49"_s}) {
         model(id).onDismiss();
         listed.removeAll(id);
@@ -143,7 +143,7 @@ TEST_F(RestoringMeanwhileTest, cardsDismissedBeforeAllAreSeenMakeRoomForOlderOne
 
 TEST_F(RestoringMeanwhileTest, aDismissalUndoneBeforeAllAreSeenBringsTheCardBackAsTheNewest)
 {
-    controller->restore();
+    beginRestoring();
     model(u"49"_s).onDismiss();
     passTurn();
     EXPECT_TRUE(controller->restoreLastDismissed());
