@@ -1,5 +1,6 @@
 #include "editor/EditorModule.h"
 
+#include "platform/memory/FilePages.h"
 #include "platform/modules/ProgramModule.h"
 #include "platform/sandbox/WebSandbox.h"
 
@@ -7,6 +8,7 @@
 #include <QOpenGLContext>
 
 #include <mutex>
+#include <optional>
 
 /// The toolkit has it for modules like the web engine, without a public header.
 Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext *context); // NOLINT(readability-identifier-naming)
@@ -15,7 +17,16 @@ Q_GUI_EXPORT QOpenGLContext *qt_gl_global_share_context();                 // NO
 namespace lumenfold {
 namespace {
 
+constexpr QByteArrayView engineFiles = "libQt6WebEngine";
+
+using StartEngine = void();
 using MakeView = EditorView *(const EditorView::Options *options, EditorViewClient *client, QWidget *parent);
+
+/// What the module itself gives.
+struct Functions {
+    StartEngine *startEngine;
+    MakeView *makeView;
+};
 
 /// The web engine looks at the graphics context that a program makes for it at its start. Ours would wait for a
 /// graphics driver then, for an editor that may never open; and the engine is to do without a driver anyway (see
@@ -29,9 +40,23 @@ void standInForGraphicsContext()
     }
 }
 
+tl::expected<Functions, QString> functionsOfModule()
+{
+    const QString file = QStringLiteral("lumenfold_editor.so");
+    const auto start = functionOfModule(file, "lumenfoldStartEngine");
+    if (!start) {
+        return tl::unexpected(start.error());
+    }
+    const auto make = functionOfModule(file, "lumenfoldMakeEditorView");
+    if (!make) {
+        return tl::unexpected(make.error());
+    }
+    return Functions{reinterpret_cast<StartEngine *>(*start), reinterpret_cast<MakeView *>(*make)};
+}
+
 } // namespace
 
-tl::expected<MakeEditorView, EditorModuleTrouble> loadEditorModule()
+tl::expected<EditorModule, EditorModuleTrouble> loadEditorModule()
 {
     // The web engine ends the whole program when it finds that it cannot have its sandbox, so that is found out before.
     switch (webSandbox()) {
@@ -49,18 +74,28 @@ tl::expected<MakeEditorView, EditorModuleTrouble> loadEditorModule()
     static std::mutex mutex;
     const std::scoped_lock lock(mutex);
     // One that is missing may be installed while the program runs.
-    static MakeView *make = nullptr;
-    if (make == nullptr) {
+    static std::optional<Functions> functions;
+    if (!functions) {
         standInForGraphicsContext();
-        const auto found = functionOfModule(QStringLiteral("lumenfold_editor.so"), "lumenfoldMakeEditorView");
+        const auto found = functionsOfModule();
         if (!found) {
             return tl::unexpected(EditorModuleTrouble{EditorModuleTrouble::Kind::missing, found.error()});
         }
-        make = reinterpret_cast<MakeView *>(*found);
+        functions = *found;
     }
-    return [](const EditorView::Options &options, EditorViewClient &client, QWidget *parent) {
-        return std::unique_ptr<EditorView>(make(&options, &client, parent));
+    // After a time without the editor as well as the first time, it is on the disk alone.
+    readFilePagesAhead(engineFiles);
+    return EditorModule{
+        .startEngine = functions->startEngine,
+        .makeView = [make = functions->makeView](
+                        const EditorView::Options &options, EditorViewClient &client,
+                        QWidget *parent) { return std::unique_ptr<EditorView>(make(&options, &client, parent)); },
     };
+}
+
+void giveEngineBack()
+{
+    giveBackFilePages(engineFiles);
 }
 
 } // namespace lumenfold

@@ -7,13 +7,13 @@
 #include "editor/bridge/EditorOrigin.h"
 #include "editor/bridge/HandOver.h"
 #include "platform/image/EncodingPool.h"
-#include "platform/memory/FilePages.h"
 #include "platform/workspace/Workspace.h"
 #include "service/AuthService.h"
 #include "service/TemplateSelection.h"
 #include "service/http/TransportError.h"
 
 #include <QApplication>
+#include <QCoroTimer>
 #include <QDebug>
 #include <QThreadPool>
 #include <QWindow>
@@ -27,6 +27,9 @@ StudioModalWindowController *sharedController = nullptr;
 
 /// A page that posts and posts fills nobody's log.
 constexpr int loggedIgnoredMessages = 20;
+
+/// Long enough for the event loop to come to rest.
+constexpr std::chrono::milliseconds restBetweenSteps{2};
 
 std::optional<QByteArray> encoded(const Image &image)
 {
@@ -52,19 +55,15 @@ StudioModalWindowController::StudioModalWindowController(const Collaborators &co
 {
     m_timeOut.setSingleShot(true);
     m_afterClosing.setSingleShot(true);
-    m_afterClosing.callOnTimeout(this, &StudioModalWindowController::giveEngineBack);
+    m_afterClosing.callOnTimeout(this, [this] {
+        if (!m_view) {
+            backgroundPool().start(&giveEngineBack);
+        }
+    });
     m_timeOut.callOnTimeout(this, [this] {
         m_view->stop();
         failed(ViewTrouble::unreachable, QStringLiteral("no answer in time"));
     });
-}
-
-/// The engine stays in the program, but nobody needs its code when the window is closed: some 50 MiB.
-void StudioModalWindowController::giveEngineBack()
-{
-    if (!m_view) {
-        backgroundPool().start([] { giveBackFilePages("libQt6WebEngine"); });
-    }
 }
 
 StudioModalWindowController::~StudioModalWindowController()
@@ -139,7 +138,8 @@ void StudioModalWindowController::makeWindow()
 
 QCoro::Task<> StudioModalWindowController::loadModuleAndPage()
 {
-    using Loaded = tl::expected<MakeEditorView, EditorModuleTrouble>;
+    using Loaded = tl::expected<EditorModule, EditorModuleTrouble>;
+    const QPointer self(this);
     const QPointer window(m_window.get());
     m_isLoadingModule = true;
     m_window->showWaiting();
@@ -149,6 +149,14 @@ QCoro::Task<> StudioModalWindowController::loadModuleAndPage()
         loaded = co_await m_work.run<Loaded>(work);
     } catch (const TransportError &) {
         co_return;
+    }
+    if (loaded && window) {
+        // Each takes its time of the main thread, and what the user does meanwhile has its turn in between.
+        loaded->startEngine();
+        co_await QCoro::sleepFor(restBetweenSteps);
+        if (!self) {
+            co_return;
+        }
     }
     m_isLoadingModule = false;
     if (!window) {
@@ -163,7 +171,7 @@ QCoro::Task<> StudioModalWindowController::loadModuleAndPage()
         explain(loaded.error());
         co_return;
     }
-    makeView(*loaded);
+    makeView(loaded->makeView);
     reload();
 }
 

@@ -33,7 +33,7 @@ class StudioModalWindowController : public QObject, public EditorWindow, private
 
 public:
     using ExportHandler = std::function<void(const Image &edited)>;
-    using LoadModule = std::function<tl::expected<MakeEditorView, EditorModuleTrouble>()>;
+    using LoadModule = std::function<tl::expected<EditorModule, EditorModuleTrouble>()>;
 
     /// Everything must outlive the controller.
     struct Collaborators {
@@ -75,7 +75,6 @@ private:
     QCoro::Task<> reload();
     void bringForward();
     void windowWillClose();
-    void giveEngineBack();
 
     void deliverImage();
     void fetchExport(const PageMessage &message);

@@ -41,7 +41,9 @@ public:
     EngineStart()
     {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-        const OwnVariable flags(flagsVariable, qgetenv(flagsVariable) + " --disable-gpu");
+        // Every process of the engine's is forked from one that waits for that behind the walls of the sandbox. The
+        // second one, for processes that do without a sandbox, would be there for nobody: we have none of these.
+        const OwnVariable flags(flagsVariable, qgetenv(flagsVariable) + " --disable-gpu --no-unsandboxed-zygote");
         // The engine asks the toolkit for what the driver can do, for which the toolkit would load it.
         const OwnVariable integration("QT_XCB_GL_INTEGRATION", "none");
         s_otherHandler = qInstallMessageHandler(leaveOutWhatIsMeant);
@@ -68,10 +70,14 @@ private:
 
 } // namespace
 
+extern "C" Q_DECL_EXPORT void lumenfoldStartEngine()
+{
+    static const EngineStart start;
+}
+
 extern "C" Q_DECL_EXPORT lumenfold::EditorView *lumenfoldMakeEditorView(const lumenfold::EditorView::Options *options,
                                                                         lumenfold::EditorViewClient *client,
                                                                         QWidget *parent)
 {
-    static const EngineStart start;
     return new lumenfold::WebEngineView(*options, *client, parent);
 }

@@ -4,9 +4,15 @@
 
 namespace lumenfold {
 
-/// Gives the memory of those files that are mapped into the program (libraries, mostly) and have `part` in their path
-/// back to the system, which reads them anew when they are needed. What the program has changed of it stays. Takes some
-/// milliseconds; any thread. Does nothing where the system does not know such a thing.
+/// Takes those files that are mapped into the program (libraries, mostly) and have `part` in their path out of its
+/// memory: their code and constants, as long as nobody has changed anything of them. The system keeps what it has of
+/// the files for as long as it has no better use for the room, so having them back costs little. Takes some
+/// milliseconds; any thread.
 void giveBackFilePages(QByteArrayView part);
+
+/// Has the system read all of these files that is mapped, in one go, so that no thread of the program waits for the
+/// disk at every step through them. The program's memory does not grow by it. Returns when most of it is read; at once
+/// when the system has it already. Any thread.
+void readFilePagesAhead(QByteArrayView part);
 
 } // namespace lumenfold

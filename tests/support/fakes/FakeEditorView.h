@@ -1,9 +1,10 @@
 #pragma once
 
-#include "editor/EditorView.h"
+#include "editor/EditorModule.h"
 
 #include <QList>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 
 namespace lumenfold::test {
@@ -30,15 +31,34 @@ public:
         QList<Delivery> deliveries;
         QList<Fetch> fetches;
         int stops = 0;
+        /// How views came about, from the first.
+        QStringList steps;
+        std::function<void()> onEngineStart;
         /// The one that there is now.
         FakeEditorView *view = nullptr;
 
-        [[nodiscard]] MakeEditorView maker()
+        [[nodiscard]] EditorModule module()
         {
-            return [this](const EditorView::Options &options, EditorViewClient &client, QWidget *parent) {
-                return std::make_unique<FakeEditorView>(*this, options, client, parent);
+            return {
+                .startEngine =
+                    [this] {
+                        steps.append(QStringLiteral("engine"));
+                        QTimer::singleShot(0, &m_here,
+                                           [this] { steps.append(QStringLiteral("turn of the event loop")); });
+                        if (onEngineStart) {
+                            onEngineStart();
+                        }
+                    },
+                .makeView =
+                    [this](const EditorView::Options &options, EditorViewClient &client, QWidget *parent) {
+                        steps.append(QStringLiteral("view"));
+                        return std::make_unique<FakeEditorView>(*this, options, client, parent);
+                    },
             };
         }
+
+    private:
+        QObject m_here;
     };
 
     FakeEditorView(Log &log, const Options &options, EditorViewClient &client, QWidget *parent)

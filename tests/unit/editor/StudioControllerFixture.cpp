@@ -25,12 +25,12 @@ void StudioControllerTest::makeController(std::chrono::milliseconds patience)
         .templates = templates,
         .workspace = workspace,
         .filePanels = panels,
-        .loadModule = [this]() -> tl::expected<MakeEditorView, EditorModuleTrouble> {
+        .loadModule = [this]() -> tl::expected<EditorModule, EditorModuleTrouble> {
             ++moduleLoads;
             if (moduleTrouble) {
                 return tl::unexpected(*moduleTrouble);
             }
-            return page.maker();
+            return page.module();
         },
         .patience = patience,
     });

@@ -33,6 +33,24 @@ TEST_F(StudioControllerTest, OpensAWindowWithTheEditor)
     EXPECT_EQ(page.made[0].messageNames, (QStringList{u"lumenfoldLoaded"_s, u"lumenfoldImage"_s}));
 }
 
+TEST_F(StudioControllerTest, TheEngineStartsInATurnOfItsOwn)
+{
+    presentAndLoad(4, u"1"_s);
+    EXPECT_EQ(page.steps, (QStringList{u"engine"_s, u"turn of the event loop"_s, u"view"_s}));
+}
+
+TEST_F(StudioControllerTest, ClosingWhileTheEngineStartsLeavesNothingBehind)
+{
+    page.onEngineStart = [&] { window()->close(); };
+    present(4, u"1"_s);
+    EXPECT_TRUE(waitFor([&] { return page.steps.size() == 2; }));
+    EXPECT_TRUE(staysTrue([&] { return page.view == nullptr; }, 50ms));
+    page.onEngineStart = nullptr;
+    const Image second = presentAndLoad(5, u"2"_s);
+    sayLoaded();
+    EXPECT_TRUE(isDelivered(second, 0));
+}
+
 TEST_F(StudioControllerTest, HandsTheScreenshotOverWhenThePageSaysThatItIsThere)
 {
     templates.selected = u"template-7"_s;

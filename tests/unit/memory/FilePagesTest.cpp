@@ -31,6 +31,8 @@ public:
     ~MappedFile() { ::munmap(m_memory, bytes); }
 
     [[nodiscard]] char *memory() { return m_memory; }
+    /// As a library's code and constants are.
+    void makeReadOnly() { ASSERT_EQ(::mprotect(m_memory, bytes, PROT_READ), 0); }
     [[nodiscard]] long read() const { return std::accumulate(m_memory, m_memory + bytes, 0L); }
     /// What of it is in the program's memory, in KiB.
     [[nodiscard]] long resident() const
@@ -65,6 +67,7 @@ TEST_F(FilePagesTest, TheMemoryOfTheFilesThatAreNamedGoesBack)
 {
     ASSERT_NE(given.memory(), nullptr);
     ASSERT_NE(kept.memory(), nullptr);
+    given.makeReadOnly();
     const long contents = given.read();
     EXPECT_EQ(kept.read(), contents);
     EXPECT_EQ(given.resident(), MappedFile::kibibytes);
@@ -81,13 +84,35 @@ TEST_F(FilePagesTest, WhatTheProgramHasChangedStays)
     given.memory()[5] = 'y';
     giveBackFilePages("given");
     EXPECT_EQ(given.memory()[5], 'y');
+    // As what a library's loader has filled in is.
+    given.makeReadOnly();
+    giveBackFilePages("given");
+    EXPECT_EQ(given.memory()[5], 'y');
+}
+
+TEST_F(FilePagesTest, WhatMayBeChangedAtAnyMomentStays)
+{
+    ASSERT_NE(given.memory(), nullptr);
+    (void)given.read();
+    giveBackFilePages("given");
+    EXPECT_EQ(given.resident(), MappedFile::kibibytes);
+}
+
+TEST_F(FilePagesTest, ReadingAheadDoesNotMakeTheProgramLarger)
+{
+    ASSERT_NE(given.memory(), nullptr);
+    readFilePagesAhead("given");
+    EXPECT_EQ(given.resident(), 0);
+    EXPECT_EQ(given.read(), MappedFile::bytes * 'x');
 }
 
 TEST_F(FilePagesTest, AFileThatIsNotMappedChangesNothing)
 {
     ASSERT_NE(kept.memory(), nullptr);
+    kept.makeReadOnly();
     (void)kept.read();
     giveBackFilePages("no such file is mapped");
+    readFilePagesAhead("no such file is mapped");
     EXPECT_EQ(kept.resident(), MappedFile::kibibytes);
 }
 
