@@ -6,6 +6,7 @@
 #include "editor/bridge/EditedPicture.h"
 #include "editor/bridge/EditorOrigin.h"
 #include "editor/bridge/HandOver.h"
+#include "platform/alerts/Alerts.h"
 #include "platform/image/EncodingPool.h"
 #include "platform/workspace/Workspace.h"
 #include "service/AuthService.h"
@@ -206,6 +207,7 @@ void StudioModalWindowController::bringForward()
         m_with.workspace.setActivationPolicy(ActivationPolicy::regular);
     }
     m_isHiddenForCapture = false;
+    m_hasToldOfLostExport = false;
     m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     m_window->show();
     if (QGuiApplication::focusWindow() == m_window->windowHandle() && !m_window->isActiveWindow()) {
@@ -327,8 +329,26 @@ void StudioModalWindowController::fetchExport(const PageMessage &message)
         [this](std::optional<QByteArrayList> parts) {
             if (parts) {
                 takeExport(*std::move(parts));
+            } else {
+                tellThatExportIsLost();
             }
         });
+}
+
+/// In front of the page, which still has what the user did in it.
+QCoro::Task<> StudioModalWindowController::tellThatExportIsLost()
+{
+    qWarning("LumenFold: could not fetch the exported image from the editor.");
+    // A page can begin exports and leave in a loop. One whose process has ended is told of by the window.
+    if (!takesExports() || m_window->showsNotice() || std::exchange(m_hasToldOfLostExport, true)) {
+        co_return;
+    }
+    Alert alert;
+    alert.messageText = tr("The edited picture did not arrive");
+    alert.informativeText = tr("The editor was left before it had handed the picture over. Export it once more; until "
+                               "then your screenshot stays as it is.");
+    alert.buttons.append(tr("OK"));
+    co_await m_with.alerts.runModal(alert);
 }
 
 bool StudioModalWindowController::isTrusted(const PageMessage &message) const

@@ -21,6 +21,7 @@
 
 namespace lumenfold {
 
+class Alerts;
 class AppConfig;
 class AuthService;
 class TemplateSelection;
@@ -42,6 +43,7 @@ public:
         const TemplateSelection &templates;
         Workspace &workspace;
         FilePanels &filePanels;
+        Alerts &alerts;
         /// Called on a thread of the pool, for each window.
         LoadModule loadModule = &loadEditorModule;
         /// How long the page may take until its document is there.
@@ -81,6 +83,7 @@ private:
     /// The data address in parts.
     QCoro::Task<> takeExport(QByteArrayList dataURL);
     [[nodiscard]] bool takesExports() const;
+    QCoro::Task<> tellThatExportIsLost();
 
     void documentCreated() override;
     [[nodiscard]] bool messageReceived(const QJsonObject &json) override;
@@ -121,6 +124,8 @@ private:
     bool m_isTakingExport = false;
     /// The latest that came meanwhile, for when that one is no picture.
     std::optional<QByteArrayList> m_nextExport;
+    /// Since the window was shown last.
+    bool m_hasToldOfLostExport = false;
     bool m_closesAfterChoosing = false;
     /// Of the present document.
     int m_ignoredMessages = 0;

@@ -156,8 +156,12 @@ struct CompositionRoot::Parts {
                   .account = {.auth = auth, .apiKeySetup = apiKeySetup, .appearance = appearance}},
          .workspace = workspace}};
     QtFilePanels filePanels;
-    StudioModalWindowController editor{
-        {.config = config, .auth = auth, .templates = templates, .workspace = workspace, .filePanels = filePanels}};
+    StudioModalWindowController editor{{.config = config,
+                                        .auth = auth,
+                                        .templates = templates,
+                                        .workspace = workspace,
+                                        .filePanels = filePanels,
+                                        .alerts = alerts}};
     EditorOfCards editorOfCards{editor};
     QtDragSessions dragSessions;
     DragFolder dragFolder;

@@ -47,6 +47,7 @@ EditorDesk::EditorDesk()
         .templates = templates,
         .workspace = workspace,
         .filePanels = panels,
+        .alerts = alerts,
     });
 }
 

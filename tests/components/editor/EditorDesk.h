@@ -5,6 +5,7 @@
 #include "tests/support/desktop/Input.h"
 #include "tests/support/desktop/Wait.h"
 #include "tests/support/fakes/FakeAccount.h"
+#include "tests/support/fakes/FakeAlerts.h"
 #include "tests/support/fakes/FakeFilePanels.h"
 #include "tests/support/fakes/FakeService.h"
 #include "tests/support/fakes/FakeWorkspace.h"
@@ -59,6 +60,7 @@ protected:
     FakeTemplateSelection templates;
     FakeWorkspace workspace;
     FakeFilePanels panels;
+    FakeAlerts alerts;
     std::vector<Image> exported;
     std::unique_ptr<StudioModalWindowController> controller;
 

@@ -25,6 +25,7 @@ void StudioControllerTest::makeController(std::chrono::milliseconds patience)
         .templates = templates,
         .workspace = workspace,
         .filePanels = panels,
+        .alerts = alerts,
         .loadModule = [this]() -> tl::expected<EditorModule, EditorModuleTrouble> {
             ++moduleLoads;
             if (moduleTrouble) {

@@ -2,6 +2,7 @@
 
 #include "editor/StudioModalWindowController.h"
 #include "tests/support/fakes/FakeAccount.h"
+#include "tests/support/fakes/FakeAlerts.h"
 #include "tests/support/fakes/FakeEditorView.h"
 #include "tests/support/fakes/FakeFilePanels.h"
 #include "tests/support/fakes/FakeService.h"
@@ -40,6 +41,7 @@ protected:
     FakeTemplateSelection templates;
     FakeWorkspace workspace;
     FakeFilePanels panels;
+    FakeAlerts alerts;
     FakeEditorView::Log page;
     /// What loading the module ends with; a view if nothing.
     std::optional<EditorModuleTrouble> moduleTrouble;

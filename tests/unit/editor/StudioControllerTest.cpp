@@ -126,6 +126,47 @@ TEST_F(StudioControllerTest, AnExportHidesTheWindowAndHandsThePictureBack)
     EXPECT_EQ(page.loads.size(), 1);
 }
 
+TEST_F(StudioControllerTest, AnExportThatCannotBeFetchedIsSaid)
+{
+    presentAndLoad(4, u"1"_s);
+    sayLoaded();
+    const auto fetchInVain = [&] {
+        EXPECT_TRUE(view().announce(u"lumenfoldImage"_s, 1'000'000, origin));
+        page.fetches.last().done(std::nullopt);
+    };
+    expectLogLine(u"LumenFold: could not fetch the exported image from the editor."_s, 4);
+    fetchInVain();
+    ASSERT_EQ(alerts.shown.size(), 1);
+    EXPECT_EQ(alerts.shown[0].messageText, u"The edited picture did not arrive"_s);
+    EXPECT_TRUE(window()->isVisible());
+    EXPECT_TRUE(exported.empty());
+    // A page that does it in a loop is told of once for each time that the user opens it.
+    fetchInVain();
+    EXPECT_TRUE(alerts.answer(alertFirstButtonReturn));
+    fetchInVain();
+    EXPECT_EQ(alerts.shown.size(), 1);
+    present(5, u"2"_s);
+    fetchInVain();
+    EXPECT_EQ(alerts.shown.size(), 2);
+    EXPECT_TRUE(alerts.answer(alertFirstButtonReturn));
+    // And the next one that arrives is taken.
+    exportImage(dataURLOf(picture(9)));
+    EXPECT_TRUE(waitFor([&] { return exported.size() == 1; }));
+}
+
+TEST_F(StudioControllerTest, AnExportOfAPageWhoseProcessEndedIsSaidByTheWindowAlone)
+{
+    presentAndLoad(4, u"1"_s);
+    sayLoaded();
+    EXPECT_TRUE(view().announce(u"lumenfoldImage"_s, 1'000'000, origin));
+    expectLogLine(u"LumenFold: the editor's page is not there: it broke"_s);
+    expectLogLine(u"LumenFold: could not fetch the exported image from the editor."_s);
+    view().client().failed(ViewTrouble::ended, u"it broke"_s);
+    page.fetches.last().done(std::nullopt);
+    EXPECT_TRUE(window()->showsNotice());
+    EXPECT_TRUE(alerts.shown.isEmpty());
+}
+
 TEST_F(StudioControllerTest, ALongExportIsFetched)
 {
     presentAndLoad(4, u"1"_s);
@@ -139,14 +180,6 @@ TEST_F(StudioControllerTest, ALongExportIsFetched)
     page.fetches[0].done(QByteArrayList{text.first(30), text.sliced(30, 1), text.sliced(31)});
     ASSERT_TRUE(waitFor([&] { return !exported.empty(); }));
     EXPECT_EQ(exported[0].pngData(), picture(9).pngData());
-}
-
-TEST_F(StudioControllerTest, ALongExportThatIsNotToBeHadAnyMoreIsNone)
-{
-    presentAndLoad(4, u"1"_s);
-    EXPECT_TRUE(view().announce(u"lumenfoldImage"_s, 1'000'000, origin));
-    page.fetches[0].done(std::nullopt);
-    EXPECT_TRUE(staysTrue([&] { return exported.empty() && window()->isVisible(); }, 50ms));
 }
 
 TEST_F(StudioControllerTest, NothingIsFetchedFromElsewhere)
