@@ -35,6 +35,9 @@ public:
         m_download->setDownloadDirectory(m_folder.path());
         m_download->setDownloadFileName(name);
         m_download->accept();
+        // What the engine tells of it goes with the page; the file stays.
+        QObject::connect(download, &QWebEngineDownloadRequest::isFinishedChanged, &m_here,
+                         [this] { m_isWhole = outcome().has_value(); });
         // A page that offers something endless must not fill the disk while the user thinks.
         QObject::connect(download, &QWebEngineDownloadRequest::receivedBytesChanged, download, [download] {
             constexpr qint64 most = qint64{1024} * 1024 * 1024;
@@ -56,10 +59,12 @@ public:
 
     void fetch(std::function<void(tl::expected<QString, QString> path)> done) override
     {
-        if (!m_download) {
-            done(tl::unexpected(EditorPage::tr("the page is gone")));
-        } else if (m_download->isFinished()) {
+        if (m_isWhole) {
+            done(m_folder.filePath(name));
+        } else if (m_download && m_download->isFinished()) {
             done(outcome());
+        } else if (!m_download) {
+            done(tl::unexpected(EditorPage::tr("the page is gone")));
         } else {
             QObject::connect(
                 m_download, &QWebEngineDownloadRequest::isFinishedChanged, m_download,
@@ -78,7 +83,9 @@ private:
 
     static inline const QString name = QStringLiteral("download");
 
+    QObject m_here;
     QPointer<QWebEngineDownloadRequest> m_download;
+    bool m_isWhole = false;
     QTemporaryDir m_folder;
     const QUrl m_address;
     const QString m_mimeType;

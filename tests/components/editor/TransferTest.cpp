@@ -1,6 +1,8 @@
 /// Files that the page offers and asks for, and where its links lead.
 #include "tests/components/editor/EditorDesk.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -15,6 +17,21 @@ protected:
     {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    /// Whole files that pages offer and that nobody has saved yet.
+    [[nodiscard]] static QStringList downloads()
+    {
+        const QDir temporary(QDir::tempPath());
+        QStringList found;
+        const QStringList folders =
+            temporary.entryList({QCoreApplication::applicationName() + u"-*"_s}, QDir::Dirs, QDir::Name);
+        for (const QString &each : folders) {
+            const QString path = temporary.filePath(each + u"/download"_s);
+            if (QFile::exists(path)) {
+                found.append(path);
+            }
+        }
+        return found;
     }
 };
 
@@ -72,6 +89,36 @@ TEST_F(TransferTest, ALargeDownloadAndOneThatIsABlobAreWrittenWhole)
     EXPECT_EQ(panels.suggestedPaths.last(), folder.filePath(u"my picture.webp"_s));
     panels.choose(folder.filePath(u"blob"_s));
     EXPECT_TRUE(waitFor([&] { return contents(folder.filePath(u"blob"_s)).size() == 3000000; }, patience));
+}
+
+TEST_F(TransferTest, ADownloadThatIsThereOutlivesItsPage)
+{
+    serve(R"(
+        addEventListener('keydown', event => {
+            if (event.key !== 'l') {
+                report('heard');
+                return;
+            }
+            const link = document.createElement('a');
+            link.href = URL.createObjectURL(new Blob(['x'.repeat(3000000)]));
+            link.download = 'mine.bin';
+            link.click();
+        });
+        ready();)");
+    present(noise({8, 8}));
+    waitForReport(u"ready"_s);
+    const QStringList before = downloads();
+    strike("l");
+    ASSERT_TRUE(waitFor([&] { return panels.isAsking(); }, patience));
+    ASSERT_TRUE(waitFor([&] { return downloads().size() > before.size(); }, patience));
+    // It is there before the engine has told so.
+    strike("h");
+    waitForReport(u"heard"_s);
+    // The page goes at once, the panel with the window a moment later.
+    window()->close();
+    panels.choose(folder.filePath(u"mine.bin"_s));
+    EXPECT_TRUE(waitFor([&] { return contents(folder.filePath(u"mine.bin"_s)).size() == 3000000; }, patience));
+    EXPECT_TRUE(waitFor([&] { return downloads() == before; }));
 }
 
 TEST_F(TransferTest, AFileThatIsChosenGoesToThePage)
