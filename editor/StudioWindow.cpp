@@ -27,9 +27,26 @@ constexpr double titleScale = 1.4;
 /// Light writing on the page's dark ground, whatever the desktop's colours are.
 QPalette colorsOfWindow()
 {
+    // A shade of the ground: grey would look brown on it.
+    constexpr QColor buttonGround{50, 55, 73};
     QPalette colors = windowPalette(ColorScheme::dark);
     colors.setColor(QPalette::Window, StudioWindow::loadingBackground);
+    colors.setColor(QPalette::Button, buttonGround);
     return colors;
+}
+
+/// Lines of about the same length: as narrow as the text can be without another line.
+int balancedWidth(QLabel &label)
+{
+    // Of the notice before; it would count.
+    label.setMinimumSize(0, 0);
+    constexpr int step = 4;
+    const int height = label.heightForWidth(widthOfNotice);
+    int width = widthOfNotice;
+    while (width > widthOfNotice / 2 && label.heightForWidth(width - step) == height) {
+        width -= step;
+    }
+    return width;
 }
 
 QWidget *centred(QWidget *content)
@@ -49,7 +66,6 @@ QLabel *makeLabel()
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignHCenter);
-    label->setFixedWidth(widthOfNotice);
     return label;
 }
 
@@ -80,8 +96,11 @@ StudioWindow::StudioWindow()
     font.setPointSizeF(font.pointSizeF() * titleScale);
     font.setBold(true);
     m_title->setFont(font);
-    layout->addWidget(m_title);
-    layout->addWidget(m_text);
+    layout->addWidget(m_title, 0, Qt::AlignHCenter);
+    QPalette colors = palette();
+    colors.setColor(QPalette::WindowText, secondaryText(colors));
+    m_text->setPalette(colors);
+    layout->addWidget(m_text, 0, Qt::AlignHCenter);
     layout->addSpacing(gap);
     layout->addWidget(m_buttons);
     m_notice = centred(words);
@@ -125,12 +144,14 @@ void StudioWindow::showNotice(const Notice &notice)
     m_text->setText(notice.text);
     for (QLabel *label : {m_title, m_text}) {
         // The layouts around them do not ask how high a text of several lines is at this width.
-        label->setFixedHeight(label->heightForWidth(widthOfNotice));
+        const int width = balancedWidth(*label);
+        label->setFixedSize(width, label->heightForWidth(width));
     }
     qDeleteAll(m_buttons->findChildren<QPushButton *>(Qt::FindDirectChildrenOnly));
     for (const Button &button : notice.buttons) {
         auto *made = new QPushButton(button.text, m_buttons);
         made->setAutoDefault(true);
+        widenButton(*made);
         // Later, because the action may take the button away.
         connect(made, &QPushButton::clicked, this, button.action, Qt::QueuedConnection);
         m_buttons->layout()->addWidget(made);

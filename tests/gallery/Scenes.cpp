@@ -1,6 +1,7 @@
 #include "tests/gallery/Scenes.h"
 
 #include "tests/gallery/AccountScenes.h"
+#include "tests/gallery/EditorScenes.h"
 #include "tests/gallery/MenuScenes.h"
 #include "tests/gallery/SettingsScenes.h"
 #include "tests/gallery/TemplateScenes.h"
@@ -264,6 +265,9 @@ std::vector<Scene> allScenes()
         scenes.push_back(std::move(scene));
     }
     for (Scene &scene : settingsScenes()) {
+        scenes.push_back(std::move(scene));
+    }
+    for (Scene &scene : editorScenes()) {
         scenes.push_back(std::move(scene));
     }
     for (Scene &scene : updateScenes()) {

@@ -44,6 +44,44 @@ protected:
     }
 };
 
+QList<QSize> sizesOfTexts(const StudioWindow &window)
+{
+    QList<QSize> sizes;
+    const auto labels = window.findChildren<QLabel *>();
+    for (const QLabel *label : labels) {
+        sizes.append(label->minimumSize());
+    }
+    return sizes;
+}
+
+TEST(StudioNoticeTest, LooksTheSameAfterAnother)
+{
+    const StudioWindow::Notice first{u"A title of several words"_s, u"Words in a row. "_s.repeated(20), {}};
+    const StudioWindow::Notice second{u"Short"_s, u"And words in a row. "_s.repeated(6), {}};
+    StudioWindow once;
+    once.showNotice(second);
+    StudioWindow twice;
+    twice.showNotice(first);
+    EXPECT_NE(sizesOfTexts(twice), sizesOfTexts(once));
+    twice.showNotice(second);
+    EXPECT_EQ(sizesOfTexts(twice), sizesOfTexts(once));
+}
+
+TEST(StudioNoticeTest, LinesOfATextAreAboutEquallyLong)
+{
+    StudioWindow window;
+    // One word more than a line of the longest kind has.
+    const auto width = [&](const QString &text) {
+        window.showNotice({u"Title"_s, text, {}});
+        return sizesOfTexts(window).last();
+    };
+    QString line = u"word"_s;
+    while (width(line + u" word"_s).height() == width(u"word"_s).height()) {
+        line += u" word"_s;
+    }
+    EXPECT_LT(width(line + u" word"_s).width(), width(line).width() * 3 / 4);
+}
+
 TEST_F(StudioTroubleTest, AMissingModuleIsSaidAndTheBrowserIsOffered)
 {
     moduleTrouble = EditorModuleTrouble{EditorModuleTrouble::Kind::missing, u"no such file"_s};
