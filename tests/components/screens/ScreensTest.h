@@ -26,8 +26,8 @@ protected:
     [[nodiscard]] X11Screens &screens() { return *m_screens; }
     [[nodiscard]] std::unique_ptr<X11Screens> makeScreens() { return std::make_unique<X11Screens>(*m_connection); }
 
-    /// "left" and "right", of which the right one is the main screen and stands higher. Returns when they are there, for
-    /// the toolkit as well.
+    /// "left" and "right", of which the right one is the main screen and stands higher. Returns when they are there,
+    /// for the toolkit as well.
     void plugInTwo();
     void plugInOne();
     [[nodiscard]] Screen screenAt(const QRect &native) const;
