@@ -17,8 +17,6 @@ Q_GUI_EXPORT QOpenGLContext *qt_gl_global_share_context();                 // NO
 namespace lumenfold {
 namespace {
 
-constexpr QByteArrayView engineFiles = "libQt6WebEngine";
-
 using StartEngine = void();
 using MakeView = EditorView *(const EditorView::Options *options, EditorViewClient *client, QWidget *parent);
 
@@ -27,6 +25,23 @@ struct Functions {
     StartEngine *startEngine;
     MakeView *makeView;
 };
+
+/// The module once it is loaded. One that is missing may be installed while the program runs.
+struct Loaded {
+    std::mutex mutex;
+    std::optional<Functions> functions;
+    /// What the program had in its memory before.
+    QSet<QByteArray> otherFiles;
+
+    /// The module, the engine and the libraries that they brought along.
+    [[nodiscard]] QSet<QByteArray> files() const { return mappedFiles() - otherFiles; }
+};
+
+Loaded &loaded()
+{
+    static Loaded theOne;
+    return theOne;
+}
 
 /// The web engine looks at the graphics context that a program makes for it at its start. Ours would wait for a
 /// graphics driver then, for an editor that may never open; and the engine is to do without a driver anyway (see
@@ -71,23 +86,22 @@ tl::expected<EditorModule, EditorModuleTrouble> loadEditorModule()
         break;
     }
 
-    static std::mutex mutex;
-    const std::scoped_lock lock(mutex);
-    // One that is missing may be installed while the program runs.
-    static std::optional<Functions> functions;
-    if (!functions) {
+    Loaded &module = loaded();
+    const std::scoped_lock lock(module.mutex);
+    if (!module.functions) {
         standInForGraphicsContext();
+        module.otherFiles = mappedFiles();
         const auto found = functionsOfModule();
         if (!found) {
             return tl::unexpected(EditorModuleTrouble{EditorModuleTrouble::Kind::missing, found.error()});
         }
-        functions = *found;
+        module.functions = *found;
     }
-    // After a time without the editor as well as the first time, it is on the disk alone.
-    readFilePagesAhead(engineFiles);
+    // After a time without the editor as well as the first time, it may be on the disk alone.
+    readFilePagesAhead(module.files());
     return EditorModule{
-        .startEngine = functions->startEngine,
-        .makeView = [make = functions->makeView](
+        .startEngine = module.functions->startEngine,
+        .makeView = [make = module.functions->makeView](
                         const EditorView::Options &options, EditorViewClient &client,
                         QWidget *parent) { return std::unique_ptr<EditorView>(make(&options, &client, parent)); },
     };
@@ -95,7 +109,11 @@ tl::expected<EditorModule, EditorModuleTrouble> loadEditorModule()
 
 void giveEngineBack()
 {
-    giveBackFilePages(engineFiles);
+    Loaded &module = loaded();
+    const std::scoped_lock lock(module.mutex);
+    if (module.functions) {
+        giveBackFilePages(module.files());
+    }
 }
 
 } // namespace lumenfold

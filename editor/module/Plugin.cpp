@@ -2,7 +2,12 @@
 #include "editor/module/HandOverSender.h"
 #include "editor/module/WebEngineView.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QQuickWindow>
+
+#include <dlfcn.h>
 
 namespace {
 
@@ -44,6 +49,7 @@ public:
         // Every process of the engine's is forked from one that waits for that behind the walls of the sandbox. The
         // second one, for processes that do without a sandbox, would be there for nobody: we have none of these.
         const OwnVariable flags(flagsVariable, qgetenv(flagsVariable) + " --disable-gpu --no-unsandboxed-zygote");
+        const OwnVariable preloaded("LD_PRELOAD", withLeanStart(qgetenv("LD_PRELOAD")));
         // The engine asks the toolkit for what the driver can do, for which the toolkit would load it.
         const OwnVariable integration("QT_XCB_GL_INTEGRATION", "none");
         s_otherHandler = qInstallMessageHandler(leaveOutWhatIsMeant);
@@ -52,6 +58,24 @@ public:
     }
 
 private:
+    /// What every process of the engine's begins with (see webprocess/), which lies beside this module; the program
+    /// works without.
+    static QByteArray withLeanStart(const QByteArray &others)
+    {
+        Dl_info module{};
+        if (::dladdr(reinterpret_cast<const void *>(&leaveOutWhatIsMeant), &module) == 0) {
+            return others;
+        }
+        const QFileInfo file(QFileInfo(QFile::decodeName(module.dli_fname)).dir(),
+                             QStringLiteral("lumenfold_webprocess.so"));
+        const QByteArray path = QFile::encodeName(file.absoluteFilePath());
+        // The loader knows no way to write these in a list.
+        if (!file.exists() || path.contains(' ') || path.contains(':')) {
+            return others;
+        }
+        return others.isEmpty() ? path : path + ':' + others;
+    }
+
     static constexpr const char *flagsVariable = "QTWEBENGINE_CHROMIUM_FLAGS";
 
     /// The engine warns that it draws without a driver, now or when its threads get there, and tells at length with

@@ -1,6 +1,5 @@
 #include "platform/memory/FilePages.h"
 
-#include <QByteArray>
 #include <QFile>
 #include <QList>
 
@@ -13,6 +12,7 @@ namespace lumenfold {
 namespace {
 
 struct Mapping {
+    QByteArray path;
     unsigned long start = 0;
     unsigned long end = 0;
     bool isWritable = false;
@@ -22,28 +22,27 @@ struct Mapping {
 
 /// Lines like "7f3a1c000000-7f3a1c021000 r-xp 00000000 fe:01 1234 /usr/lib/…", each with its figures in lines like
 /// "Anonymous:  12 kB" behind it.
-QList<Mapping> mappingsOf(QByteArrayView part)
+QList<Mapping> mappings()
 {
     QFile file(QStringLiteral("/proc/self/smaps"));
     if (!file.open(QIODevice::ReadOnly)) {
         return {};
     }
-    QList<Mapping> mappings;
-    bool isWanted = false;
+    QList<Mapping> all;
     for (const QByteArray &line : file.readAll().split('\n')) {
         Mapping mapping;
         std::array<char, 5> rights{};
         if (std::sscanf(line.constData(), "%lx-%lx %4s", &mapping.start, &mapping.end, rights.data()) == 3) {
-            isWanted = line.contains(part);
-            if (isWanted) {
-                mapping.isWritable = rights[1] == 'w';
-                mappings.append(mapping);
-            }
-        } else if (isWanted && (line.startsWith("Anonymous:") || line.startsWith("Swap:")) && !line.endsWith(" 0 kB")) {
-            mappings.last().isChanged = true;
+            const qsizetype path = line.indexOf('/');
+            mapping.path = path < 0 ? QByteArray() : line.mid(path);
+            mapping.isWritable = rights[1] == 'w';
+            all.append(mapping);
+        } else if (!all.isEmpty() && (line.startsWith("Anonymous:") || line.startsWith("Swap:")) &&
+                   !line.endsWith(" 0 kB")) {
+            all.last().isChanged = true;
         }
     }
-    return mappings;
+    return all;
 }
 
 void advise(const Mapping &mapping, int advice)
@@ -53,20 +52,32 @@ void advise(const Mapping &mapping, int advice)
 
 } // namespace
 
-void giveBackFilePages(QByteArrayView part)
+QSet<QByteArray> mappedFiles()
 {
-    for (const Mapping &mapping : mappingsOf(part)) {
+    QSet<QByteArray> files;
+    for (const Mapping &mapping : mappings()) {
+        files.insert(mapping.path);
+    }
+    files.remove(QByteArray());
+    return files;
+}
+
+void giveBackFilePages(const QSet<QByteArray> &files)
+{
+    for (const Mapping &mapping : mappings()) {
         // Of others the changes would be lost.
-        if (!mapping.isWritable && !mapping.isChanged) {
+        if (files.contains(mapping.path) && !mapping.isWritable && !mapping.isChanged) {
             advise(mapping, MADV_DONTNEED);
         }
     }
 }
 
-void readFilePagesAhead(QByteArrayView part)
+void readFilePagesAhead(const QSet<QByteArray> &files)
 {
-    for (const Mapping &mapping : mappingsOf(part)) {
-        advise(mapping, MADV_WILLNEED);
+    for (const Mapping &mapping : mappings()) {
+        if (files.contains(mapping.path)) {
+            advise(mapping, MADV_WILLNEED);
+        }
     }
 }
 

@@ -187,14 +187,14 @@ void EditorDesk::press(const QString &text)
     FAIL() << "no button " << qPrintable(text);
 }
 
-QList<pid_t> EditorDesk::renderers()
+QList<pid_t> EditorDesk::processes(QByteArrayView type)
 {
     QList<pid_t> found;
-    const QStringList processes = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
-    for (const QString &name : processes) {
+    const QStringList all = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
+    for (const QString &name : all) {
         const pid_t process = name.toInt();
         if (process > 0 && isOurs(process) &&
-            fileContents(QStringLiteral("/proc/%1/cmdline").arg(process)).contains("--type=renderer")) {
+            fileContents(QStringLiteral("/proc/%1/cmdline").arg(process)).contains("--type=" + type.toByteArray())) {
             found.append(process);
         }
     }

@@ -52,7 +52,9 @@ protected:
     void press(const QString &button);
     [[nodiscard]] StudioWindow *window() const { return controller->window(); }
     /// Processes with pages in them.
-    [[nodiscard]] static QList<pid_t> renderers();
+    [[nodiscard]] static QList<pid_t> renderers() { return processes("renderer"); }
+    /// Of the engine's, by what they are for.
+    [[nodiscard]] static QList<pid_t> processes(QByteArrayView type);
 
     QTemporaryDir folder;
     std::unique_ptr<ServiceDouble> service = std::make_unique<ServiceDouble>();

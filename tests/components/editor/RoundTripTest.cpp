@@ -2,6 +2,9 @@
 #include "tests/components/editor/EditorDesk.h"
 
 #include <QCoreApplication>
+#include <QFile>
+
+#include <cstdio>
 
 namespace lumenfold::test {
 namespace {
@@ -9,6 +12,28 @@ namespace {
 using namespace Qt::StringLiterals;
 
 using RoundTripTest = EditorDesk;
+
+/// What a process has in its memory of the engine's code and constants, in KiB.
+long engineCodeOf(pid_t process)
+{
+    QFile maps(u"/proc/%1/smaps"_s.arg(process));
+    if (!maps.open(QIODevice::ReadOnly)) {
+        return -1;
+    }
+    long sum = 0;
+    bool isWanted = false;
+    for (const QByteArray &line : maps.readAll().split('\n')) {
+        long figure = 0;
+        if (line.contains('/')) {
+            isWanted = line.contains("libQt6WebEngineCore") && !line.contains(" rw");
+        } else if (isWanted && std::sscanf(line.constData(), "Rss: %ld", &figure) == 1) {
+            sum += figure;
+        } else if (isWanted && std::sscanf(line.constData(), "Anonymous: %ld", &figure) == 1) {
+            sum -= figure;
+        }
+    }
+    return sum;
+}
 
 QImage pixelsOf(const Image &image)
 {
@@ -127,6 +152,19 @@ TEST_F(RoundTripTest, AfterClosingThereIsNoPageAndNoProcessOfOne)
     EXPECT_TRUE(waitFor([] { return renderers().isEmpty(); }, patience));
     // And everything begins once more.
     presentAndWait(noise({80, 60}));
+}
+
+TEST_F(RoundTripTest, TheEnginesFirstProcessKeepsLittleOfWhatOnlyLoadingNeeded)
+{
+    presentAndWait(noise({64, 48}));
+    const QList<pid_t> waiting = processes("zygote");
+    ASSERT_FALSE(waiting.isEmpty());
+    for (const pid_t process : waiting) {
+        // The loader alone reads 20 MiB.
+        constexpr long most = 12 * 1024;
+        EXPECT_GT(engineCodeOf(process), 0);
+        EXPECT_LT(engineCodeOf(process), most);
+    }
 }
 
 TEST_F(RoundTripTest, ClosingWhileThePageLoadsLeavesNothingBehind)

@@ -123,7 +123,9 @@ TEST_F(PackageTest, HoldsWhatASystemNeeds)
     const QStringList there = contents(unpacked.path());
     QStringList wanted{
         QStringLiteral("usr/bin/lumenfold"),
+        QStringLiteral("usr/lib/lumenfold/lumenfold_editor.so"),
         QStringLiteral("usr/lib/lumenfold/lumenfold_keyring.so"),
+        QStringLiteral("usr/lib/lumenfold/lumenfold_webprocess.so"),
         QStringLiteral("usr/share/applications/org.lumenfold.LumenFold.desktop"),
         QStringLiteral("usr/share/dbus-1/services/org.lumenfold.LumenFold.service"),
         QStringLiteral("usr/share/doc/lumenfold/changelog.gz"),

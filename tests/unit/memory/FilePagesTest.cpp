@@ -1,6 +1,7 @@
 #include "platform/memory/FilePages.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -30,6 +31,7 @@ public:
     MappedFile &operator=(const MappedFile &) = delete;
     ~MappedFile() { ::munmap(m_memory, bytes); }
 
+    [[nodiscard]] QByteArray path() const { return QFile::encodeName(m_file.fileName()); }
     [[nodiscard]] char *memory() { return m_memory; }
     /// As a library's code and constants are.
     void makeReadOnly() { ASSERT_EQ(::mprotect(m_memory, bytes, PROT_READ), 0); }
@@ -71,7 +73,7 @@ TEST_F(FilePagesTest, TheMemoryOfTheFilesThatAreNamedGoesBack)
     const long contents = given.read();
     EXPECT_EQ(kept.read(), contents);
     EXPECT_EQ(given.resident(), MappedFile::kibibytes);
-    giveBackFilePages("given");
+    giveBackFilePages({given.path()});
     EXPECT_LT(given.resident(), MappedFile::kibibytes / 4);
     EXPECT_EQ(kept.resident(), MappedFile::kibibytes);
     // And is read anew when it is needed.
@@ -82,11 +84,11 @@ TEST_F(FilePagesTest, WhatTheProgramHasChangedStays)
 {
     ASSERT_NE(given.memory(), nullptr);
     given.memory()[5] = 'y';
-    giveBackFilePages("given");
+    giveBackFilePages({given.path()});
     EXPECT_EQ(given.memory()[5], 'y');
     // As what a library's loader has filled in is.
     given.makeReadOnly();
-    giveBackFilePages("given");
+    giveBackFilePages({given.path()});
     EXPECT_EQ(given.memory()[5], 'y');
 }
 
@@ -94,16 +96,26 @@ TEST_F(FilePagesTest, WhatMayBeChangedAtAnyMomentStays)
 {
     ASSERT_NE(given.memory(), nullptr);
     (void)given.read();
-    giveBackFilePages("given");
+    giveBackFilePages({given.path()});
     EXPECT_EQ(given.resident(), MappedFile::kibibytes);
 }
 
 TEST_F(FilePagesTest, ReadingAheadDoesNotMakeTheProgramLarger)
 {
     ASSERT_NE(given.memory(), nullptr);
-    readFilePagesAhead("given");
+    readFilePagesAhead({given.path()});
     EXPECT_EQ(given.resident(), 0);
     EXPECT_EQ(given.read(), MappedFile::bytes * 'x');
+}
+
+TEST_F(FilePagesTest, TheMappedFilesAreKnown)
+{
+    ASSERT_NE(given.memory(), nullptr);
+    const QSet<QByteArray> mapped = mappedFiles();
+    EXPECT_TRUE(mapped.contains(given.path()));
+    EXPECT_TRUE(mapped.contains(QFile::encodeName(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath())));
+    EXPECT_FALSE(mapped.contains(QByteArray()));
+    EXPECT_FALSE(mapped.contains("/no/such/file"));
 }
 
 TEST_F(FilePagesTest, AFileThatIsNotMappedChangesNothing)
@@ -111,8 +123,8 @@ TEST_F(FilePagesTest, AFileThatIsNotMappedChangesNothing)
     ASSERT_NE(kept.memory(), nullptr);
     kept.makeReadOnly();
     (void)kept.read();
-    giveBackFilePages("no such file is mapped");
-    readFilePagesAhead("no such file is mapped");
+    giveBackFilePages({"/no/such/file"});
+    readFilePagesAhead({"/no/such/file"});
     EXPECT_EQ(kept.resident(), MappedFile::kibibytes);
 }
 
