@@ -84,18 +84,21 @@ function(lumenfold_test_properties ring timeout)
         LABELS ${ring} TIMEOUT ${timeout} ENVIRONMENT DBUS_SESSION_BUS_ADDRESS=disabled:)
 endfunction()
 
-# lumenfold_test(<target> RING unit|components|desktop [TIMEOUT seconds] [ALONE] [SCALES number...] [SOURCES file...]
-# [LINKS target...]): one test program, found by CTest under the label of its ring and built by the target
-# `tests_<ring>`. Tests that need a display start their own. ALONE is for what measures time and must not share the
-# machine with other tests. With SCALES the program, whose main function is runGuiTests, runs once at each number of
-# device pixels per point: the toolkit reads the scale once, at its start.
+# lumenfold_test(<target> RING unit|components|desktop [TIMEOUT seconds] [ALONE] [MOC] [SCALES number...]
+# [SOURCES file...] [LINKS target...]): one test program, found by CTest under the label of its ring and built by the
+# target `tests_<ring>`. Tests that need a display start their own. ALONE is for what measures time and must not share
+# the machine with other tests, MOC for one whose sources have classes with Q_OBJECT. With SCALES the program, whose main
+# function is runGuiTests, runs once at each number of device pixels per point: the toolkit reads the scale once, at its
+# start.
 function(lumenfold_test target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "ALONE" "RING;TIMEOUT" "SCALES;SOURCES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "ALONE;MOC" "RING;TIMEOUT" "SCALES;SOURCES;LINKS")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
     add_executable(${target} ${arg_SOURCES})
     target_link_libraries(${target} PRIVATE lumenfold_options lumenfold_test_support GTest::gmock ${arg_LINKS})
+    # Few need it, and it costs each a second.
+    set_target_properties(${target} PROPERTIES AUTOMOC ${arg_MOC})
     if(LUMENFOLD_PRECOMPILE_HEADERS)
         target_precompile_headers(${target} REUSE_FROM lumenfold_test_support)
     endif()

@@ -17,12 +17,12 @@ namespace lumenfold {
 namespace {
 
 // Points.
-constexpr int margin = 40;
-constexpr int rowSpacing = 10;
-constexpr int symbolSpacing = 8;
+constexpr int pageMargin = 40;
+constexpr int lineSpacing = 10;
+constexpr int badgeSpacing = 8;
 constexpr int buttonSpacing = 10;
 constexpr int beforeButtons = 8;
-constexpr double symbolPointSize = 18;
+constexpr double badgePointSize = 18;
 
 } // namespace
 
@@ -42,12 +42,12 @@ AccountSettingsView::Page AccountSettingsView::makePage(Symbol symbol, const QSt
 {
     auto *page = new QWidget(m_pages);
     auto *column = new QVBoxLayout(page);
-    column->setContentsMargins(margin, 0, margin, margin);
-    column->setSpacing(rowSpacing);
+    column->setContentsMargins(pageMargin, 0, pageMargin, pageMargin);
+    column->setSpacing(lineSpacing);
     column->addStretch(1);
     auto *row = new QHBoxLayout;
-    row->setSpacing(symbolSpacing);
-    auto *view = new SymbolView(symbol, symbolPointSize, page);
+    row->setSpacing(badgeSpacing);
+    auto *view = new SymbolView(symbol, badgePointSize, page);
     auto *label = new QLabel(headline, page);
     label->setTextFormat(Qt::PlainText);
     label->setFont(headlineFont(page->font()));

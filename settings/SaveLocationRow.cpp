@@ -15,8 +15,8 @@ namespace lumenfold {
 namespace {
 
 // Points.
-constexpr int spacing = 8;
-constexpr double symbolPointSize = 14;
+constexpr int partSpacing = 8;
+constexpr double folderPointSize = 14;
 
 } // namespace
 
@@ -24,7 +24,7 @@ SaveLocationRow::SaveLocationRow(AppConfig &config, OpenPanel &openPanel, QWidge
     : QWidget(parent)
     , m_config(config)
     , m_openPanel(openPanel)
-    , m_symbol(new SymbolView(Symbol::folder, symbolPointSize, this))
+    , m_symbol(new SymbolView(Symbol::folder, folderPointSize, this))
     , m_path(new PathLabel(this))
     , m_choose(new QPushButton(tr("Choose"), this))
     , m_useDefault(new QPushButton(tr("Use Default"), this))
@@ -33,7 +33,7 @@ SaveLocationRow::SaveLocationRow(AppConfig &config, OpenPanel &openPanel, QWidge
     m_useDefault->setAccessibleDescription(tr("Save screenshots in the Pictures folder"));
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins({});
-    row->setSpacing(spacing);
+    row->setSpacing(partSpacing);
     row->addWidget(m_symbol);
     row->addWidget(m_path, 1);
     row->addWidget(m_choose);

@@ -15,7 +15,7 @@ namespace {
 // Points.
 constexpr int symbolSide = 14;
 constexpr int resetSide = 24;
-constexpr int spacing = 8;
+constexpr int controlSpacing = 8;
 
 } // namespace
 
@@ -26,7 +26,7 @@ ShortcutRow::ShortcutRow(ShortcutStore::Action action, const QString &label,
 {
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins({});
-    row->setSpacing(spacing);
+    row->setSpacing(controlSpacing);
     auto *name = new QLabel(label, this);
     name->setTextFormat(Qt::PlainText);
     name->setWordWrap(true);
