@@ -99,15 +99,19 @@ Milliseconds timeOfOverlay(Desktop &desktop)
 void measureCaptures(Desktop &desktop, int rounds)
 {
     Samples fullScreen;
+    for (int round = 0; round < rounds; ++round) {
+        fullScreen.values.push_back(timeOfCapture(desktop) - settlingDelay);
+        desktop.waitForStillPicture();
+    }
+    // In rounds of their own: to watch keeps one of the processors busy.
     Samples away;
     Milliseconds resolution{0};
     for (int round = 0; round < rounds; ++round) {
         MainThreadWatch watch(desktop.program().pid());
-        const Milliseconds took = timeOfCapture(desktop);
+        (void)timeOfCapture(desktop);
         desktop.waitForStillPicture();
         away.values.push_back(watch.longestAway());
         resolution = std::max(resolution, watch.resolution());
-        fullScreen.values.push_back(took - settlingDelay);
     }
     print("shortcut to PNG in another program, less 60 ms, ms", inMilliseconds(fullScreen));
     print("longest stay of the main thread away from its loop, ms", inMilliseconds(away));
