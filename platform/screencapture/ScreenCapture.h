@@ -88,7 +88,8 @@ public:
 
     [[nodiscard]] virtual QCoro::Task<ContentResult> shareableContent(ShareableContentRequest request) = 0;
 
-    /// One picture. Its pixels are complete when the task ends; its PNG bytes are being made meanwhile.
+    /// One picture. Its pixels are complete when the task ends; its PNG bytes are there as well, or are being made when
+    /// they take long.
     [[nodiscard]] virtual QCoro::Task<ImageResult> captureImage(ContentFilter filter,
                                                                 StreamConfiguration configuration) = 0;
 };

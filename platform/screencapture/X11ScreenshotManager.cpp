@@ -10,8 +10,13 @@
 
 #include <QCoreApplication>
 #include <QCoroFuture>
+#include <QPromise>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
+#include <memory>
+#include <optional>
 #include <utility>
 
 #include <xcb/composite.h>
@@ -49,6 +54,20 @@ std::optional<QPoint> barePlace(const QRect &screen, const std::vector<StackedWi
         bare -= window.frame.adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach);
     }
     return bare.isEmpty() ? std::nullopt : std::optional(bare.begin()->center());
+}
+
+/// Returns when the picture's PNG is there, which other programs ask for at once, or takes long. What follows a
+/// capture, cards that come back to the screen, keeps the server, the compositing manager and so all processors busy:
+/// the PNG would take twice its time.
+QCoro::Task<> encodedSoon(Image image)
+{
+    constexpr std::chrono::milliseconds patience{60};
+    const auto done = std::make_shared<QPromise<void>>();
+    done->start();
+    QObject here;
+    image.whenEncoded(&here, [done](const std::optional<QByteArray> &) { done->finish(); });
+    QTimer::singleShot(patience, Qt::PreciseTimer, &here, [done] { done->finish(); });
+    co_await done->future();
 }
 
 QImage scaled(const QImage &image, PixelSize size)
@@ -204,7 +223,9 @@ X11ScreenshotManager::capture(std::weak_ptr<State> weak, ContentFilter filter, S
             makePicture(encodingPool(), [image = *pixels, size = plan.output] { return scaled(image, size); });
         pixels = co_await made;
     }
-    co_return Image::fromScreenPixels(std::move(*pixels));
+    const Image image = Image::fromScreenPixels(std::move(*pixels));
+    co_await encodedSoon(image);
+    co_return image;
 }
 
 QCoro::Task<tl::expected<QImage, PlatformError>> X11ScreenshotManager::readPixels(std::weak_ptr<State> weak, Plan plan)
