@@ -99,14 +99,12 @@ Milliseconds timeOfOverlay(Desktop &desktop)
 void measureCaptures(Desktop &desktop, int rounds)
 {
     Samples fullScreen;
-    for (int round = 0; round < rounds; ++round) {
-        fullScreen.values.push_back(timeOfCapture(desktop) - settlingDelay);
-        desktop.waitForStillPicture();
-    }
-    // In rounds of their own: to watch keeps one of the processors busy.
     Samples away;
     Milliseconds resolution{0};
     for (int round = 0; round < rounds; ++round) {
+        fullScreen.values.push_back(timeOfCapture(desktop) - settlingDelay);
+        desktop.waitForStillPicture();
+        // A capture of its own: to watch keeps one of the processors busy.
         MainThreadWatch watch(desktop.program().pid());
         (void)timeOfCapture(desktop);
         desktop.waitForStillPicture();
