@@ -318,10 +318,11 @@ TEST_F(HostilePageTest, StartsDownloadsInALoop)
             document.body.append(link);
             link.click();
         }
-        setTimeout(() => report('offered'), 500);)");
+        report('offered');)");
     presentSomething();
     waitForReport(u"offered"_s);
-    EXPECT_EQ(panels.suggestedPaths.size(), 1);
+    EXPECT_TRUE(waitFor([&] { return !panels.suggestedPaths.isEmpty(); }, patience));
+    EXPECT_TRUE(staysTrue([&] { return panels.suggestedPaths.size() == 1; }, 500ms));
     panels.choose(std::nullopt);
     EXPECT_TRUE(staysTrue([&] { return panels.suggestedPaths.size() == 1; }, 300ms));
 }
