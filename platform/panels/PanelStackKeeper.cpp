@@ -11,8 +11,8 @@ namespace {
 
 /// A window manager restacks a window a few times when it maps or activates it, and each time may be answered twice
 /// before the answer shows; more than this within a second is a program that wants to be on top by all means.
-constexpr int patience = 20;
-constexpr qint64 patienceMs = 1000;
+constexpr int mostRounds = 20;
+constexpr qint64 roundsPeriodMs = 1000;
 
 RootStacking::Redirect redirectOf(std::uint8_t overrideRedirect)
 {
@@ -154,11 +154,11 @@ void PanelStackKeeper::check()
         return;
     }
     Rounds &rounds = m_rounds[*ordinary];
-    if (!rounds.since.isValid() || rounds.since.hasExpired(patienceMs)) {
+    if (!rounds.since.isValid() || rounds.since.hasExpired(roundsPeriodMs)) {
         rounds.count = 0;
         rounds.since.start();
     }
-    if (++rounds.count > patience) {
+    if (++rounds.count > mostRounds) {
         qInfo().noquote().nospace() << "LumenFold panels: window 0x" << QString::number(*ordinary, 16)
                                     << " is raised again and again, it stays in front";
         m_stacking.tolerate(*ordinary);
