@@ -104,7 +104,7 @@ void measureCaptures(Desktop &desktop, int rounds)
     for (int round = 0; round < rounds; ++round) {
         fullScreen.values.push_back(timeOfCapture(desktop) - settlingDelay);
         desktop.waitForStillPicture();
-        // A capture of its own: to watch keeps one of the processors busy.
+        // A capture of its own: the watch takes time of a processor itself.
         MainThreadWatch watch(desktop.program().pid());
         (void)timeOfCapture(desktop);
         desktop.waitForStillPicture();

@@ -20,11 +20,15 @@ struct Mapping {
     bool isChanged = false;
 };
 
+/// What the system tells in a moment; and with figures, for which it looks at every page.
+constexpr const char *mapsFile = "/proc/self/maps";
+constexpr const char *mapsWithFigures = "/proc/self/smaps";
+
 /// Lines like "7f3a1c000000-7f3a1c021000 r-xp 00000000 fe:01 1234 /usr/lib/…", each with its figures in lines like
 /// "Anonymous:  12 kB" behind it.
-QList<Mapping> mappings()
+QList<Mapping> readMappings(const char *source)
 {
-    QFile file(QStringLiteral("/proc/self/smaps"));
+    QFile file(QString::fromLatin1(source));
     if (!file.open(QIODevice::ReadOnly)) {
         return {};
     }
@@ -55,7 +59,7 @@ void advise(const Mapping &mapping, int advice)
 QSet<QByteArray> mappedFiles()
 {
     QSet<QByteArray> files;
-    for (const Mapping &mapping : mappings()) {
+    for (const Mapping &mapping : readMappings(mapsFile)) {
         files.insert(mapping.path);
     }
     files.remove(QByteArray());
@@ -64,7 +68,7 @@ QSet<QByteArray> mappedFiles()
 
 void giveBackFilePages(const QSet<QByteArray> &files)
 {
-    for (const Mapping &mapping : mappings()) {
+    for (const Mapping &mapping : readMappings(mapsWithFigures)) {
         // Of others the changes would be lost.
         if (files.contains(mapping.path) && !mapping.isWritable && !mapping.isChanged) {
             advise(mapping, MADV_DONTNEED);
@@ -74,7 +78,7 @@ void giveBackFilePages(const QSet<QByteArray> &files)
 
 void readFilePagesAhead(const QSet<QByteArray> &files)
 {
-    for (const Mapping &mapping : mappings()) {
+    for (const Mapping &mapping : readMappings(mapsFile)) {
         if (files.contains(mapping.path)) {
             advise(mapping, MADV_WILLNEED);
         }

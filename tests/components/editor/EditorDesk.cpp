@@ -1,4 +1,5 @@
 #include "tests/components/editor/EditorDesk.h"
+
 #include "tests/support/desktop/GuiTest.h"
 
 #include <QApplication>

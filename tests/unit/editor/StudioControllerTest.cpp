@@ -134,7 +134,7 @@ TEST_F(StudioControllerTest, AnExportThatCannotBeFetchedIsSaid)
         EXPECT_TRUE(view().announce(u"lumenfoldImage"_s, 1'000'000, origin));
         page.fetches.last().done(std::nullopt);
     };
-    expectLogLine(u"LumenFold: could not fetch the exported image from the editor."_s, 4);
+    expectLogLine(u"LumenFold: could not fetch the exported image from the editor."_s, 2);
     fetchInVain();
     ASSERT_EQ(alerts.shown.size(), 1);
     EXPECT_EQ(alerts.shown[0].messageText, u"The edited picture did not arrive"_s);
@@ -160,7 +160,6 @@ TEST_F(StudioControllerTest, AnExportOfAPageWhoseProcessEndedIsSaidByTheWindowAl
     sayLoaded();
     EXPECT_TRUE(view().announce(u"lumenfoldImage"_s, 1'000'000, origin));
     expectLogLine(u"LumenFold: the editor's page is not there: it broke"_s);
-    expectLogLine(u"LumenFold: could not fetch the exported image from the editor."_s);
     view().client().failed(ViewTrouble::ended, u"it broke"_s);
     page.fetches.last().done(std::nullopt);
     EXPECT_TRUE(window()->showsNotice());
