@@ -18,9 +18,6 @@ static void makeSymbolsAvailable()
 namespace lumenfold {
 namespace {
 
-/// The drawings leave room around a letter's height for what reaches beyond it.
-constexpr double sidePerPointSize = 1.25;
-
 struct Rendering {
     Symbol symbol;
     /// Device pixels.
@@ -104,7 +101,7 @@ void paintSymbol(QPainter &painter, Symbol symbol, QPointF center, double pointS
     const double scale = painter.device()->devicePixelRatioF();
     // As many pixels as the middle has: an odd number around the middle of a pixel, an even one around an edge.
     const bool isMidPixel = std::fmod(std::round(center.x() * scale * 2), 2) != 0;
-    int side = static_cast<int>(std::lround(pointSize * sidePerPointSize * scale));
+    int side = static_cast<int>(std::lround(drawnSide(pointSize) * scale));
     side += (side % 2 == 1) == isMidPixel ? 0 : 1;
     const QPointF corner(std::round(center.x() * scale - side / 2.0) / scale,
                          std::round(center.y() * scale - side / 2.0) / scale);

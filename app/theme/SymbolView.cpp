@@ -20,9 +20,7 @@ void SymbolView::setColor(const QColor &color)
 
 QSize SymbolView::sizeHint() const
 {
-    // What the drawings leave around a letter.
-    constexpr double sidePerPointSize = 1.25;
-    const int side = static_cast<int>(std::ceil(m_pointSize * sidePerPointSize));
+    const int side = static_cast<int>(std::ceil(drawnSide(m_pointSize)));
     return {side, side};
 }
 

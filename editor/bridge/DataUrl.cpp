@@ -13,7 +13,7 @@
 namespace lumenfold {
 namespace {
 
-constexpr QByteArrayView scheme = "data:";
+constexpr QByteArrayView dataUrlScheme = "data:";
 
 /// Decodes in place what nobody else holds.
 std::optional<QByteArray> decoded(QByteArray text)
@@ -67,10 +67,12 @@ tl::expected<QByteArray, ExportTrouble> readExport(QByteArray dataURL)
 tl::expected<EditorDownload, DownloadTrouble> readDownload(QByteArrayView dataURL)
 {
     const qsizetype comma = dataURL.indexOf(',');
-    if (comma < 0 || dataURL.first(std::min(scheme.size(), dataURL.size())).compare(scheme, Qt::CaseInsensitive) != 0) {
+    if (comma < 0 ||
+        dataURL.first(std::min(dataUrlScheme.size(), dataURL.size())).compare(dataUrlScheme, Qt::CaseInsensitive) !=
+            0) {
         return tl::unexpected(DownloadTrouble::malformed);
     }
-    const QByteArray header = dataURL.sliced(scheme.size(), comma - scheme.size()).toByteArray();
+    const QByteArray header = dataURL.sliced(dataUrlScheme.size(), comma - dataUrlScheme.size()).toByteArray();
     const QList<QByteArray> parts = header.split(';');
     if (!parts.sliced(1).contains("base64")) {
         return tl::unexpected(DownloadTrouble::malformed);

@@ -34,9 +34,8 @@ void add(QWebEnginePage &page, const QString &name, const QString &source, QWebE
 } // namespace
 
 WebEngineView::WebEngineView(const Options &options, EditorViewClient &client, QWidget *parent)
-    : m_client(client)
     // Without a name it is off the record.
-    , m_profile(std::make_unique<QWebEngineProfile>())
+    : m_profile(std::make_unique<QWebEngineProfile>())
     , m_listener(std::make_unique<PageListener>(client))
     , m_page(std::make_unique<EditorPage>(m_profile.get(), client))
     , m_view(new QWebEngineView(parent))

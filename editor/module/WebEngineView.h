@@ -36,7 +36,6 @@ public:
 private:
     void addScripts(const Options &options);
 
-    EditorViewClient &m_client;
     /// In the order in which they need each other; they go in the opposite order.
     std::unique_ptr<QWebEngineProfile> m_profile;
     std::unique_ptr<PageListener> m_listener;

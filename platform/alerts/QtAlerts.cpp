@@ -6,6 +6,7 @@
 #include <QIcon>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScopedPointer>
 
 #include <memory>
 #include <utility>
@@ -24,20 +25,16 @@ QMessageBox::ButtonRole roleOf(qsizetype index, qsizetype count)
     return index == count - 1 ? QMessageBox::RejectRole : QMessageBox::ActionRole;
 }
 
-struct DeleteLater {
-    void operator()(QObject *object) const { object->deleteLater(); }
-};
-
 struct Box {
     /// Lives until its answer has been read, and goes outside its own signal.
-    std::unique_ptr<QMessageBox, DeleteLater> box;
+    std::unique_ptr<QMessageBox, QScopedPointerDeleteLater> box;
     /// In the order of the alert; the box itself orders them by role.
     QList<QAbstractButton *> buttons;
 };
 
 Box makeBox(const Alert &alert)
 {
-    std::unique_ptr<QMessageBox, DeleteLater> box(new QMessageBox);
+    std::unique_ptr<QMessageBox, QScopedPointerDeleteLater> box(new QMessageBox);
     QList<QAbstractButton *> buttons;
     box->setWindowModality(Qt::ApplicationModal);
     box->setWindowFlag(Qt::WindowStaysOnTopHint);

@@ -4,14 +4,11 @@
 
 #include <QCoroSignal>
 
+#include <QScopedPointer>
+
+#include <memory>
+
 namespace lumenfold {
-namespace {
-
-struct DeleteLater {
-    void operator()(QObject *object) const { object->deleteLater(); }
-};
-
-} // namespace
 
 PortalOpenPanel::PortalOpenPanel(OpenPanel &fallback, std::chrono::milliseconds patience)
     : m_fallback(fallback), m_patience(patience)
@@ -23,7 +20,7 @@ QCoro::Task<std::optional<QString>> PortalOpenPanel::chooseDirectory(Request req
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (bus.isConnected()) {
         // Goes outside its own signal.
-        const std::unique_ptr<PortalFolderRequest, DeleteLater> asked(new PortalFolderRequest(bus));
+        const std::unique_ptr<PortalFolderRequest, QScopedPointerDeleteLater> asked(new PortalFolderRequest(bus));
         asked->send(request, m_patience);
         co_await qCoro(asked.get(), &PortalFolderRequest::ended);
         if (asked->outcome() == PortalFolderRequest::Outcome::answered) {

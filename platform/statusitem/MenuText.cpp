@@ -32,7 +32,7 @@ struct KeyName {
     QLatin1String token;
 };
 
-constexpr std::array keyNames{
+constexpr std::array menuKeyNames{
     KeyName{u'\r', QLatin1String("Return"), QLatin1String("Return")},
     KeyName{u'\t', QLatin1String("Tab"), QLatin1String("Tab")},
     KeyName{u' ', QLatin1String("Space"), QLatin1String("space")},
@@ -60,8 +60,8 @@ QStringList parts(const MenuItem &item, QLatin1String Modifier::*modifierName, Q
         }
     }
     const char16_t key = item.keyEquivalent.front().unicode();
-    const auto *const named = std::ranges::find(keyNames, key, &KeyName::character);
-    names.append(named == keyNames.end() ? item.keyEquivalent.toUpper() : QString(named->*keyName));
+    const auto *const named = std::ranges::find(menuKeyNames, key, &KeyName::character);
+    names.append(named == menuKeyNames.end() ? item.keyEquivalent.toUpper() : QString(named->*keyName));
     return names;
 }
 

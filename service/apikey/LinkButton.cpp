@@ -11,7 +11,7 @@ namespace lumenfold {
 namespace {
 
 /// Points. Above and below, for the line around whoever has the focus; the words begin where all others do.
-constexpr int padding = 2;
+constexpr int linkPadding = 2;
 constexpr int iconSpacing = 5;
 
 /// As large as a letter of the font.
@@ -33,7 +33,7 @@ LinkButton::LinkButton(const QString &text, QWidget *parent) : QAbstractButton(p
 QSize LinkButton::sizeHint() const
 {
     const QFontMetrics metrics(font());
-    return {metrics.horizontalAdvance(text()) + iconSpacing + iconSide(metrics), metrics.height() + 2 * padding};
+    return {metrics.horizontalAdvance(text()) + iconSpacing + iconSide(metrics), metrics.height() + 2 * linkPadding};
 }
 
 QSize LinkButton::minimumSizeHint() const
@@ -50,7 +50,7 @@ void LinkButton::paintEvent(QPaintEvent *)
     underlined.setUnderline(underMouse() || hasFocus());
     painter.setFont(underlined);
     painter.setPen(color);
-    const QRect words(0, padding, metrics.horizontalAdvance(text()), metrics.height());
+    const QRect words(0, linkPadding, metrics.horizontalAdvance(text()), metrics.height());
     const int side = iconSide(metrics);
     QRect icon(words.right() + 1 + iconSpacing, 0, side, side);
     icon.moveCenter({icon.center().x(), words.center().y()});

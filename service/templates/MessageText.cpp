@@ -11,7 +11,7 @@ namespace lumenfold {
 namespace {
 
 /// Some two pages; nobody reads the rest of what a server had to say.
-constexpr qsizetype maximumLength = 2000;
+constexpr qsizetype maximumShownLength = 2000;
 constexpr int preferredWidth = 380;
 constexpr qsizetype maximumLines = 8;
 
@@ -27,7 +27,7 @@ MessageText::MessageText(QWidget *parent) : QLabel(parent)
 
 void MessageText::setMessage(const QString &message)
 {
-    const QString shown = message.size() > maximumLength ? message.left(maximumLength) + u'…' : message;
+    const QString shown = message.size() > maximumShownLength ? message.left(maximumShownLength) + u'…' : message;
     if (shown != text()) {
         setText(shown);
         updateToolTip();

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int symbolSide = 16;
 /// Nobody's template has a longer name.
-constexpr int maximumLength = 1000;
+constexpr int maximumSearchLength = 1000;
 
 } // namespace
 
@@ -21,7 +21,7 @@ TemplateSearchField::TemplateSearchField(QWidget *parent)
     const QString placeholder = tr("Search templates by name");
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
-    setMaxLength(maximumLength);
+    setMaxLength(maximumSearchLength);
     addAction(m_symbol, QLineEdit::LeadingPosition);
     addAction(m_clear, QLineEdit::TrailingPosition);
     m_symbol->setEnabled(false);
