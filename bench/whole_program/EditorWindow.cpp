@@ -64,7 +64,7 @@ double memoryOfHelpers(pid_t program)
 
 class EditorOnDesktop {
 public:
-    explicit EditorOnDesktop(QSize size) : m_desktop(optionsFor(size))
+    explicit EditorOnDesktop(QSize size) : m_desktop(optionsFor(size, m_watch))
     {
         writeSettings(m_desktop,
                       "[General]\nLumenFold.editorBaseURLOverride=" + m_service.baseURL().toEncoded() + "\n");
@@ -81,44 +81,38 @@ public:
         std::this_thread::sleep_for(timeToComeToRest);
         const double before = proportionalMemory(program);
         print("memory (PSS) before the editor was ever opened, MiB", before);
-        {
-            MainThreadWatch watch(program);
-            print("Edit to window on screen, first time, ms", open().count());
-            waitForPicture();
-            print("  longest stay of the main thread away, engine's start included, ms", watch.longestAway().count());
-        }
+        m_watch.begin(program);
+        print("Edit to window on screen, first time, ms", open().count());
+        waitForPicture();
+        print("  longest stay of the main thread away, engine's start included, ms", m_watch.longestAway().count());
         std::this_thread::sleep_for(timeToComeToRest);
         print("memory with the editor open, program, MiB", proportionalMemory(program));
         print("  and its helpers, MiB", memoryOfHelpers(program));
         measureExport(program);
-        {
-            MainThreadWatch watch(program);
-            print("Edit to window on screen, page loaded, ms", open().count());
-            waitForPicture();
-            print("  longest stay of the main thread away while the picture is handed over, ms",
-                  watch.longestAway().count());
-        }
+        m_watch.begin(program);
+        print("Edit to window on screen, page loaded, ms", open().count());
+        waitForPicture();
+        print("  longest stay of the main thread away while the picture is handed over, ms",
+              m_watch.longestAway().count());
         close();
         std::this_thread::sleep_for(timeToComeToRest);
         const double after = proportionalMemory(program);
         print("memory after closing, program, MiB", after);
         print("  and its helpers, MiB", memoryOfHelpers(program));
         print("  difference of the program's to before, MiB", after - before);
-        {
-            MainThreadWatch watch(program);
-            print("Edit to window on screen, after closing, ms", open().count());
-            waitForPicture();
-            print("  longest stay of the main thread away, ms", watch.longestAway().count());
-        }
+        m_watch.begin(program);
+        print("Edit to window on screen, after closing, ms", open().count());
+        waitForPicture();
+        print("  longest stay of the main thread away, ms", m_watch.longestAway().count());
         close();
         std::this_thread::sleep_for(timeToComeToRest);
         print("memory after closing once more, program, MiB", proportionalMemory(program));
     }
 
 private:
-    [[nodiscard]] static DesktopOptions optionsFor(QSize size)
+    [[nodiscard]] static DesktopOptions optionsFor(QSize size, const MainThreadWatch &watch)
     {
-        DesktopOptions options{.size = size};
+        DesktopOptions options{.size = size, .environment = watch.environment()};
         if (::geteuid() == 0) {
             options.environment.insert(QStringLiteral("QTWEBENGINE_DISABLE_SANDBOX"), QStringLiteral("1"));
         }
@@ -169,7 +163,7 @@ private:
     {
         waitUntil("the keys", [this] { return m_desktop.connection().focusedWindow() == editor()->id; });
         const qsizetype panels = m_desktop.panels().size();
-        MainThreadWatch watch(program);
+        m_watch.begin(program);
         // The page encodes the picture first, which is its own time; it tells when it begins to hand it back.
         m_desktop.press("e");
         waitUntil(
@@ -186,7 +180,7 @@ private:
             }
         }
         print("exported picture to card on screen, ms", Milliseconds(Clock::now() - start).count());
-        print("  longest stay of the main thread away, ms", watch.longestAway().count());
+        print("  longest stay of the main thread away, ms", m_watch.longestAway().count());
     }
 
     void close()
@@ -197,6 +191,7 @@ private:
     }
 
     ServiceDouble m_service;
+    MainThreadWatch m_watch;
     Desktop m_desktop;
     QRect m_card;
     qsizetype m_shown = 0;

@@ -1,86 +1,45 @@
 #include "bench/whole_program/MainThreadWatch.h"
 
-#include <fcntl.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
-#include <array>
-#include <cstdio>
+#include <algorithm>
 #include <stdexcept>
-#include <string>
 
 namespace lumenfold::bench {
-namespace {
 
-constexpr std::chrono::microseconds betweenLooks{150};
-/// The event loop waits for its own wake-up and for the X server at least.
-constexpr unsigned long descriptorsOfAnEventLoop = 2;
-
-/// The kernel's line is the number of the system call and its arguments, or "running".
-bool isInEventLoop(int descriptor)
+MainThreadWatch::MainThreadWatch()
 {
-    std::array<char, 256> line{};
-    if (::pread(descriptor, line.data(), line.size() - 1, 0) <= 0) {
-        return false;
+    // Lives as long as the file.
+    if (m_file.open() && m_file.resize(sizeof(LoopRecord))) {
+        m_record = reinterpret_cast<LoopRecord *>(m_file.map(0, sizeof(LoopRecord), QFile::NoOptions));
     }
-    long call = -1;
-    unsigned long first = 0;
-    unsigned long second = 0;
-    if (std::sscanf(line.data(), "%ld %lx %lx", &call, &first, &second) != 3) {
-        return false;
+    if (m_record == nullptr) {
+        throw std::runtime_error("the record of the event loop cannot be made");
     }
-    bool polls = call == SYS_ppoll;
-#ifdef SYS_poll
-    polls = polls || call == SYS_poll;
-#endif
-    return polls && second >= descriptorsOfAnEventLoop;
 }
 
-} // namespace
+MainThreadWatch::~MainThreadWatch() = default;
 
-MainThreadWatch::MainThreadWatch(pid_t program)
-    : m_descriptor(
-          ::open(("/proc/" + std::to_string(program) + "/task/" + std::to_string(program) + "/syscall").c_str(),
-                 O_RDONLY | O_CLOEXEC))
+QProcessEnvironment MainThreadWatch::environment() const
 {
-    std::array<char, 16> probe{};
-    if (m_descriptor < 0 || ::pread(m_descriptor, probe.data(), probe.size(), 0) <= 0) {
-        throw std::runtime_error("the main thread cannot be watched: no right to trace the program");
-    }
-    m_thread = std::thread([this] { watch(); });
+    QProcessEnvironment variables;
+    variables.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(LUMENFOLD_LOOP_PROBE));
+    variables.insert(QString::fromLatin1(LoopRecord::fileVariable), m_file.fileName());
+    return variables;
 }
 
-MainThreadWatch::~MainThreadWatch()
+void MainThreadWatch::begin(pid_t program)
 {
-    (void)longestAway();
-    ::close(m_descriptor);
+    if (m_record->program != program) {
+        throw std::runtime_error("the program has no probe of its event loop in it");
+    }
+    m_record->longestAway = 0;
 }
 
-Milliseconds MainThreadWatch::longestAway()
+Milliseconds MainThreadWatch::longestAway() const
 {
-    m_stop = true;
-    if (m_thread.joinable()) {
-        m_thread.join();
-    }
-    return m_longest;
-}
-
-void MainThreadWatch::watch()
-{
-    Clock::time_point lastSeenInLoop = Clock::now();
-    Clock::time_point lastLook = lastSeenInLoop;
-    while (!m_stop) {
-        const bool inLoop = isInEventLoop(m_descriptor);
-        const Clock::time_point now = Clock::now();
-        m_longestStep = std::max(m_longestStep, Milliseconds(now - lastLook));
-        lastLook = now;
-        if (inLoop) {
-            lastSeenInLoop = now;
-        } else {
-            m_longest = std::max(m_longest, Milliseconds(now - lastSeenInLoop));
-        }
-        std::this_thread::sleep_for(betweenLooks);
-    }
+    const std::int64_t since = m_record->awaySince;
+    const std::int64_t now = std::chrono::nanoseconds(Clock::now().time_since_epoch()).count();
+    const std::int64_t lasting = since == 0 ? 0 : now - since;
+    return std::chrono::nanoseconds(std::max(lasting, m_record->longestAway.load()));
 }
 
 } // namespace lumenfold::bench

@@ -1,42 +1,36 @@
 #pragma once
 
+#include "bench/whole_program/LoopRecord.h"
 #include "bench/whole_program/Timing.h"
 
-#include <sys/types.h>
-
-#include <atomic>
-#include <thread>
+#include <QProcessEnvironment>
+#include <QTemporaryFile>
 
 namespace lumenfold::bench {
 
-/// Finds out from outside how long a program's main thread stays away from its event loop.
-///
-/// A thread of ours reads several thousand times a second, in /proc, what the main thread is doing. Asleep in a poll on
-/// two descriptors or more it is in its event loop, ready to answer. Everything else counts as away: computing, waiting
-/// for a processor, any other system call, and a poll on a single descriptor, which is how xcb waits for a reply. A
-/// visit to the event loop that falls between two looks is missed, so the figure is never too small by more than the
-/// time between two looks. Needs the right to trace the program.
+/// Finds out how long a program's main thread stays away from its event loop: computing, waiting for a processor, for a
+/// reply of the X server, or for anything else. A probe in the program (LoopProbe.cpp) notes each leaving and coming
+/// back, which costs it two looks at the clock. The turns of the loop count one by one, because whatever has happened
+/// meanwhile is answered between them.
 class MainThreadWatch {
 public:
-    explicit MainThreadWatch(pid_t program);
-    /// Stops the watch.
+    /// Throws std::runtime_error where nothing can be written.
+    MainThreadWatch();
     ~MainThreadWatch();
     MainThreadWatch(const MainThreadWatch &) = delete;
     MainThreadWatch &operator=(const MainThreadWatch &) = delete;
 
-    /// Ends the watch and tells the longest stay away.
-    [[nodiscard]] Milliseconds longestAway();
-    /// The longest time between two looks: what the figure cannot tell apart.
-    [[nodiscard]] Milliseconds resolution() const { return m_longestStep; }
+    /// With which the program has to be started; it may be started again.
+    [[nodiscard]] QProcessEnvironment environment() const;
+
+    /// From now on. Throws std::runtime_error when the program that runs has no probe in it.
+    void begin(pid_t program);
+    /// Since `begin`, a stay that lasts still included.
+    [[nodiscard]] Milliseconds longestAway() const;
 
 private:
-    void watch();
-
-    int m_descriptor;
-    std::atomic<bool> m_stop = false;
-    Milliseconds m_longest{0};
-    Milliseconds m_longestStep{0};
-    std::thread m_thread;
+    QTemporaryFile m_file;
+    LoopRecord *m_record = nullptr;
 };
 
 } // namespace lumenfold::bench

@@ -88,7 +88,8 @@ QRect columnOf(const Desktop &desktop)
 
 void measure(int rounds)
 {
-    Desktop desktop({.size = desktopSize, .compositor = CompositorKind::plain});
+    MainThreadWatch watch;
+    Desktop desktop({.size = desktopSize, .compositor = CompositorKind::plain, .environment = watch.environment()});
     storeCards(desktop.folders().data() + QStringLiteral("/LumenFold/cards"));
     desktop.paintBackground(desktopPicture(desktopSize));
     desktop.pointer().moveTo({2600, 300});
@@ -113,7 +114,7 @@ void measure(int rounds)
         const Clock::time_point start = Clock::now();
         desktop.startProgram();
         bound.values.emplace_back(Clock::now() - start);
-        MainThreadWatch watch(desktop.program().pid());
+        watch.begin(desktop.program().pid());
         waitUntil("the cards", [&] { return differingPixels(desktop.picture(column), finished.copy(column)) == 0; });
         painted.values.emplace_back(Clock::now() - start);
         away.values.push_back(watch.longestAway());

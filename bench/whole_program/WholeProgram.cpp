@@ -96,31 +96,29 @@ Milliseconds timeOfOverlay(Desktop &desktop)
     return took;
 }
 
-void measureCaptures(Desktop &desktop, int rounds)
+void measureCaptures(Desktop &desktop, MainThreadWatch &watch, int rounds)
 {
     Samples fullScreen;
-    Samples away;
-    Milliseconds resolution{0};
+    Samples awayInCaptures;
     for (int round = 0; round < rounds; ++round) {
+        watch.begin(desktop.program().pid());
         fullScreen.values.push_back(timeOfCapture(desktop) - settlingDelay);
         desktop.waitForStillPicture();
-        // A capture of its own: the watch takes time of a processor itself.
-        MainThreadWatch watch(desktop.program().pid());
-        (void)timeOfCapture(desktop);
-        desktop.waitForStillPicture();
-        away.values.push_back(watch.longestAway());
-        resolution = std::max(resolution, watch.resolution());
+        awayInCaptures.values.push_back(watch.longestAway());
     }
     print("shortcut to PNG in another program, less 60 ms, ms", inMilliseconds(fullScreen));
-    print("longest stay of the main thread away from its loop, ms", inMilliseconds(away));
-    print("  (longest time between two looks at it, ms)", QString::number(resolution.count(), 'f', 1));
+    print("  longest stay of the main thread away from its loop, ms", inMilliseconds(awayInCaptures));
 
     Samples overlay;
+    Samples awayInSelections;
     for (int round = 0; round < rounds; ++round) {
+        watch.begin(desktop.program().pid());
         overlay.values.push_back(timeOfOverlay(desktop));
         desktop.waitForStillPicture();
+        awayInSelections.values.push_back(watch.longestAway());
     }
     print("area shortcut to overlay on the screen, ms", inMilliseconds(overlay));
+    print("  longest stay of the main thread away from its loop, ms", inMilliseconds(awayInSelections));
 }
 
 /// From the start of the process to hotkeys that are bound, with no cards.
@@ -171,7 +169,8 @@ void measureRest(Desktop &desktop, const char *memory, const char *wakeUps)
 
 void measure(int rounds)
 {
-    Desktop desktop({.size = desktopSize, .compositor = CompositorKind::plain});
+    MainThreadWatch watch;
+    Desktop desktop({.size = desktopSize, .compositor = CompositorKind::plain, .environment = watch.environment()});
     const QImage picture = desktopPicture(desktopSize);
     desktop.paintBackground(picture);
     openWindows(desktop, picture);
@@ -182,7 +181,7 @@ void measure(int rounds)
     measureStarts(desktop, rounds);
     desktop.startProgram();
     measureRest(desktop, "memory (PSS) after start, MiB", "wake-ups at rest after start, per second");
-    measureCaptures(desktop, rounds);
+    measureCaptures(desktop, watch, rounds);
     measureRest(desktop, "memory (PSS) with the cards of these captures, MiB",
                 "wake-ups at rest with cards, per second");
     measureActions(desktop, rounds);
