@@ -168,8 +168,8 @@ void AreaSelectionController::addOverlay(const Screen &screen, QImage backdrop)
         self->finish(std::nullopt, std::nullopt);
         return true;
     });
-    panel->orderFrontRegardless();
     panel->makeKey();
+    panel->orderFrontRegardless();
     windows.push_back({.screen = screen, .panel = std::move(panel)});
 }
 

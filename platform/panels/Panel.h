@@ -94,7 +94,8 @@ public:
     virtual void orderOut() = 0;
 
     /// Sends all key presses to this panel until it is ordered out or another panel becomes key. Nothing for a panel
-    /// whose policy is `never`.
+    /// whose policy is `never`. One that is made key before it is ordered front misses no key that is pressed as soon
+    /// as it can be seen.
     virtual void makeKey() = 0;
     /// Gets the key presses while the panel is key; true when it used the event.
     virtual void setKeyHandler(std::function<bool(const KeyEvent &)> handler) = 0;

@@ -76,17 +76,21 @@ void X11Panel::orderFrontRegardless()
     // Makes the native window if there is none yet.
     m_stage.orderFront(static_cast<std::uint32_t>(m_window->winId()), m_options.level);
     syncMapping();
+    if (m_keysNeedFocus && !m_focus) {
+        takeFocus();
+    }
     m_stage.changed(*this);
 }
 
 void X11Panel::orderOut()
 {
+    m_stage.keyboard().takeFrom(this);
+    m_keysNeedFocus = false;
+    m_focus.reset();
     if (!m_visible) {
         return;
     }
     m_visible = false;
-    m_stage.keyboard().takeFrom(this);
-    m_focus.reset();
     syncMapping();
     m_stage.orderOut(m_native);
     m_stage.server().flush();
@@ -94,16 +98,24 @@ void X11Panel::orderOut()
 
 void X11Panel::makeKey()
 {
-    if (m_options.keyPolicy == PanelKeyPolicy::never || !m_visible) {
+    if (m_options.keyPolicy == PanelKeyPolicy::never) {
         return;
     }
     const auto grip = m_stage.keyboard().give(this, [this](const KeyEvent &event) { keyPressed(event); });
-    if (grip == PanelKeyboard::Grip::refused) {
+    m_keysNeedFocus = grip == PanelKeyboard::Grip::refused;
+    if (m_keysNeedFocus) {
         qInfo().noquote().nospace()
             << "LumenFold panels: the keyboard cannot be watched now, the panel takes the focus instead";
-        m_focus.emplace(x11::qtConnection());
-        m_window->activateWindow();
+        if (m_visible) {
+            takeFocus();
+        }
     }
+}
+
+void X11Panel::takeFocus()
+{
+    m_focus.emplace(x11::qtConnection());
+    m_window->activateWindow();
 }
 
 void X11Panel::setKeyHandler(std::function<bool(const KeyEvent &)> handler)

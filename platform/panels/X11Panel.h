@@ -57,6 +57,7 @@ private:
     void toolkitKeyPressed(std::uint32_t keycode, std::uint32_t state);
     [[nodiscard]] bool shouldBeMapped() const;
     void syncMapping();
+    void takeFocus();
     void map();
     void unmap();
     void syncPlace();
@@ -79,6 +80,8 @@ private:
     std::optional<double> m_opacity;
     std::optional<QRegion> m_shape;
     std::optional<QRegion> m_pointerShape;
+    /// The panel is key, and no tap gives it the keys.
+    bool m_keysNeedFocus = false;
     /// While the panel has the focus for want of a tap.
     std::optional<FocusLoan> m_focus;
 };

@@ -76,6 +76,30 @@ TEST_F(PanelKeysTest, aPanelThatGoesLetsTheKeysGo)
     EXPECT_EQ(m_taps.openTaps(), 0U);
 }
 
+TEST_F(PanelKeysTest, aPanelHasTheKeysBeforeItIsSeen)
+{
+    const auto panel = makePanel({60, 60, 120, 90}, {.keyPolicy = PanelKeyPolicy::mayBecomeKey});
+    panel->setKeyHandler([this](const KeyEvent &event) {
+        m_keys.push_back(event.keyCode);
+        return true;
+    });
+    panel->makeKey();
+    EXPECT_EQ(m_taps.press(escapeKey), TapDisposition::swallow);
+    panel->orderFrontRegardless();
+    EXPECT_EQ(m_taps.press(letterA), TapDisposition::swallow);
+    EXPECT_THAT(m_keys, ElementsAre(escapeKey, letterA));
+    EXPECT_EQ(m_taps.creationAttempts(), 1);
+}
+
+TEST_F(PanelKeysTest, aPanelThatGoesUnseenLetsTheKeysGo)
+{
+    auto panel = makePanel({60, 60, 120, 90}, {.keyPolicy = PanelKeyPolicy::mayBecomeKey});
+    panel->makeKey();
+    EXPECT_EQ(m_taps.openTaps(), 1U);
+    panel.reset();
+    EXPECT_EQ(m_taps.openTaps(), 0U);
+}
+
 /// With the program's own keyboard router in place of the fake.
 class PanelKeysOnServerTest : public PanelKeysTest, public ::testing::WithParamInterface<WindowManagerKind> {
 protected:
@@ -129,6 +153,23 @@ class PanelKeysWithoutTapTest : public PanelKeysTest, public ::testing::WithPara
 
 INSTANTIATE_TEST_SUITE_P(WindowManagers, PanelKeysWithoutTapTest,
                          ::testing::Values(WindowManagerKind::none, WindowManagerKind::openbox));
+
+TEST_P(PanelKeysWithoutTapTest, theFocusIsBorrowedOnceThePanelIsSeen)
+{
+    startWindowManager(GetParam());
+    TestWindow window(server(), {.frame = {400, 100, 300, 200}});
+    window.focus();
+    m_taps.setAvailable(false);
+    expectLogLine(u"LumenFold panels: the keyboard cannot be watched now, the panel takes the focus instead"_s);
+
+    const auto panel = makePanel({60, 60, 120, 90}, {.keyPolicy = PanelKeyPolicy::mayBecomeKey, .title = u"overlay"_s});
+    panel->makeKey();
+    EXPECT_TRUE(window.hasFocus());
+    panel->orderFrontRegardless();
+    EXPECT_TRUE(waitFor([&] { return connection().focusedWindow() == windowOf(u"overlay"_s); }));
+    panel->orderOut();
+    EXPECT_TRUE(waitFor([&] { return window.hasFocus(); }));
+}
 
 TEST_P(PanelKeysWithoutTapTest, theFocusIsBorrowedAndGivenBack)
 {

@@ -118,6 +118,7 @@ void FakePanel::orderFrontRegardless()
 {
     ++m_orderFrontCount;
     m_visible = true;
+    m_hadKeysWhenShown = m_factory.m_keyPanel == this;
     std::erase(m_factory.m_ordered, this);
     m_factory.m_ordered.push_back(this);
 }

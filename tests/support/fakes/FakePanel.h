@@ -39,6 +39,8 @@ public:
     /// Every frame that was set without an animation, oldest first.
     [[nodiscard]] const std::vector<Rect> &framesSet() const { return m_framesSet; }
     [[nodiscard]] int orderFrontCount() const { return m_orderFrontCount; }
+    /// Whether it was key when it was last ordered front.
+    [[nodiscard]] bool hadKeysWhenShown() const { return m_hadKeysWhenShown; }
     [[nodiscard]] int orderOutCount() const { return m_orderOutCount; }
     [[nodiscard]] CursorShape cursor() const { return m_cursor; }
 
@@ -58,6 +60,7 @@ private:
     Rect m_frame;
     double m_alpha = 1;
     bool m_visible = false;
+    bool m_hadKeysWhenShown = false;
     CursorShape m_cursor = CursorShape::arrow;
     std::unique_ptr<QWidget> m_view;
     std::function<bool(const KeyEvent &)> m_keyHandler;
