@@ -8,9 +8,9 @@
 #include "bench/whole_program/Timing.h"
 #include "platform/image/PngEncoder.h"
 #include "tests/support/desktop/Desktop.h"
+#include "tests/support/desktop/PrivateFolders.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -41,14 +41,6 @@ QString inMilliseconds(const Samples &samples)
     return QStringLiteral("%1 (max %2)")
         .arg(samples.median().count(), 0, 'f', 1)
         .arg(samples.slowest().count(), 0, 'f', 1);
-}
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        throw std::runtime_error("the cards cannot be written");
-    }
 }
 
 /// Cards with files of their own each, images and editor source images, of a few different pictures.

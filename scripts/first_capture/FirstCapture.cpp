@@ -1,9 +1,9 @@
 /// Shows that LumenFold works where there is no display: starts it on a virtual desktop of its own, presses the
 /// shortcut of a full-screen capture as a person would, and keeps what came of it. Usage: first_capture <folder>
 #include "tests/support/desktop/Desktop.h"
+#include "tests/support/desktop/PrivateFolders.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFont>
 #include <QGuiApplication>
 #include <QPainter>
@@ -41,14 +41,6 @@ QImage letter(QSize size)
             "saved, dragged into another program, pinned or looked at in full size.\n\nThe card is not in "
             "the picture, and this window kept the keyboard."));
     return picture;
-}
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        throw std::runtime_error("cannot write " + path.toStdString() + ": " + file.errorString().toStdString());
-    }
 }
 
 void require(bool condition, const char *complaint)

@@ -1,5 +1,7 @@
 #include "tests/support/desktop/KeyringDaemon.h"
 
+#include "tests/support/desktop/PrivateFolders.h"
+
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -7,7 +9,6 @@
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QDir>
-#include <QFile>
 
 #include <csignal>
 #include <stdexcept>
@@ -52,14 +53,6 @@ const QString collectionInterface = QStringLiteral("org.freedesktop.Secret.Colle
 const QString itemInterface = QStringLiteral("org.freedesktop.Secret.Item");
 const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 const QString ownInterface = QStringLiteral("org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface");
-
-void writeFile(const QString &path, const QByteArray &contents)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size()) {
-        throw std::runtime_error("cannot write " + path.toStdString());
-    }
-}
 
 QByteArray keyringFile(const std::optional<QByteArray> &apiKey)
 {

@@ -41,4 +41,12 @@ void PrivateFolders::applyTo(QProcessEnvironment &environment) const
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), path("runtime"));
 }
 
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush()) {
+        throw std::runtime_error("cannot write " + path.toStdString() + ": " + file.errorString().toStdString());
+    }
+}
+
 } // namespace lumenfold::test

@@ -27,4 +27,8 @@ private:
     QTemporaryDir m_folder;
 };
 
+/// A file of exactly these bytes, in place of one that is there. Throws std::runtime_error with its name and what went
+/// wrong.
+void writeFile(const QString &path, const QByteArray &bytes);
+
 } // namespace lumenfold::test

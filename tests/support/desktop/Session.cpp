@@ -1,5 +1,6 @@
 #include "tests/support/desktop/Session.h"
 
+#include "tests/support/desktop/PrivateFolders.h"
 #include "tests/support/desktop/Windows.h"
 
 #include <QDir>
@@ -13,14 +14,6 @@
 
 namespace lumenfold::test {
 namespace {
-
-void writeFile(const QString &path, const QByteArray &contents)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size()) {
-        throw std::runtime_error("cannot write " + path.toStdString());
-    }
-}
 
 QByteArray readLine(int descriptor)
 {

@@ -14,9 +14,9 @@ namespace {
 const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
 const QString itemPath = QStringLiteral("/StatusNotifierItem");
-const QString itemInterface = QStringLiteral("org.kde.StatusNotifierItem");
+const QString notifierInterface = QStringLiteral("org.kde.StatusNotifierItem");
 const QString menuInterface = QStringLiteral("com.canonical.dbusmenu");
-const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+const QString notifierProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 
 QString nextConnectionName()
 {
@@ -90,7 +90,7 @@ StatusNotifierHost::StatusNotifierHost(const QString &busAddress, Panel panel, M
     m_bus.connect(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                   QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameOwnerChanged"), this,
                   SLOT(ownerChanged(QString, QString, QString)));
-    for (const QString &interface : {itemInterface, menuInterface}) {
+    for (const QString &interface : {notifierInterface, menuInterface}) {
         m_bus.connect(QString(), QString(), interface, QString(), this, SLOT(signalCame(QDBusMessage)));
     }
     if (!m_bus.registerObject(watcherPath, this,
@@ -124,7 +124,7 @@ void StatusNotifierHost::waitForItem()
 
 QVariant StatusNotifierHost::itemProperty(const QString &name)
 {
-    const QDBusMessage answer = call(itemPath, propertiesInterface, QStringLiteral("Get"), {itemInterface, name});
+    const QDBusMessage answer = call(itemPath, notifierProperties, QStringLiteral("Get"), {notifierInterface, name});
     return answer.arguments().value(0).value<QDBusVariant>().variant();
 }
 
@@ -216,7 +216,7 @@ QDBusMessage StatusNotifierHost::sendEvent(int id, const QString &event)
 
 QDBusMessage StatusNotifierHost::callItem(const QString &method, const QVariantList &arguments)
 {
-    return call(itemPath, itemInterface, method, arguments);
+    return call(itemPath, notifierInterface, method, arguments);
 }
 
 QDBusMessage StatusNotifierHost::callMenu(const QString &method, const QVariantList &arguments)
