@@ -23,9 +23,9 @@ using lumenfold::bench::LoopRecord;
 
 LoopRecord *mappedRecord()
 {
-    // The program's helper processes have the variable too, under names of their own.
+    // What the program starts has the variable too, under names of its own.
     const char *path = std::getenv(LoopRecord::fileVariable);
-    if (path == nullptr || std::strncmp(program_invocation_short_name, "lumenfold", 10) != 0) {
+    if (path == nullptr || std::strcmp(program_invocation_short_name, "lumenfold") != 0) {
         return nullptr;
     }
     const int file = ::open(path, O_RDWR | O_CLOEXEC);

@@ -16,8 +16,6 @@ MainThreadWatch::MainThreadWatch()
     }
 }
 
-MainThreadWatch::~MainThreadWatch() = default;
-
 QProcessEnvironment MainThreadWatch::environment() const
 {
     QProcessEnvironment variables;

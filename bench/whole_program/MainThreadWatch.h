@@ -16,9 +16,6 @@ class MainThreadWatch {
 public:
     /// Throws std::runtime_error where nothing can be written.
     MainThreadWatch();
-    ~MainThreadWatch();
-    MainThreadWatch(const MainThreadWatch &) = delete;
-    MainThreadWatch &operator=(const MainThreadWatch &) = delete;
 
     /// With which the program has to be started; it may be started again.
     [[nodiscard]] QProcessEnvironment environment() const;

@@ -1,12 +1,10 @@
 #pragma once
 
 #include "tests/support/desktop/Desktop.h"
+#include "tests/support/desktop/PrivateFolders.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-
-#include <stdexcept>
 
 namespace lumenfold::test {
 
@@ -19,11 +17,9 @@ namespace lumenfold::test {
 /// The whole file, as it is to be found by the program.
 inline void writeSettings(const Desktop &desktop, const QByteArray &contents)
 {
-    QFile file(settingsFile(desktop));
-    QDir().mkpath(QFileInfo(file).path());
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size()) {
-        throw std::runtime_error("the settings cannot be written");
-    }
+    const QString path = settingsFile(desktop);
+    QDir().mkpath(QFileInfo(path).path());
+    writeFile(path, contents);
 }
 
 } // namespace lumenfold::test

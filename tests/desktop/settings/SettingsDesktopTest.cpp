@@ -2,6 +2,8 @@
 
 #include "tests/desktop/ProgramSettings.h"
 
+#include <QFile>
+
 #include <algorithm>
 #include <memory>
 

@@ -2,6 +2,8 @@
 /// technology; and what it has changed, after the next start.
 #include "tests/desktop/settings/SettingsDesktopTest.h"
 
+#include <QFile>
+
 #include <algorithm>
 
 namespace lumenfold::test {
